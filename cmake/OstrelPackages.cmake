@@ -1,0 +1,43 @@
+# Finding what the project depends on, so that a missing package stops the configure step with its Debian name.
+
+# ostrel_require(<what> <debian package> <found?>)
+function(ostrel_require what debian_package found)
+  if(NOT found)
+    message(FATAL_ERROR
+      "ostrel_us_container needs ${what}, which was not found. On Debian: apt-get install ${debian_package}")
+  endif()
+endfunction()
+
+# Debian's own libzip package file names programs of other packages as imported targets and fails without them, so
+# header and library are looked up directly.
+function(ostrel_find_libzip)
+  if(TARGET ostrel_libzip)
+    return()
+  endif()
+  find_path(OSTREL_LIBZIP_INCLUDE_DIR zip.h)
+  find_library(OSTREL_LIBZIP_LIBRARY zip)
+  mark_as_advanced(OSTREL_LIBZIP_INCLUDE_DIR OSTREL_LIBZIP_LIBRARY)
+  set(found OFF)
+  if(OSTREL_LIBZIP_INCLUDE_DIR AND OSTREL_LIBZIP_LIBRARY)
+    set(found ON)
+  endif()
+  ostrel_require("libzip" libzip-dev ${found})
+  add_library(ostrel_libzip INTERFACE IMPORTED GLOBAL)
+  target_include_directories(ostrel_libzip INTERFACE "${OSTREL_LIBZIP_INCLUDE_DIR}")
+  target_link_libraries(ostrel_libzip INTERFACE "${OSTREL_LIBZIP_LIBRARY}")
+endfunction()
+
+function(ostrel_find_rapidjson)
+  if(TARGET ostrel_rapidjson)
+    return()
+  endif()
+  find_path(OSTREL_RAPIDJSON_INCLUDE_DIR rapidjson/document.h)
+  mark_as_advanced(OSTREL_RAPIDJSON_INCLUDE_DIR)
+  set(found OFF)
+  if(OSTREL_RAPIDJSON_INCLUDE_DIR)
+    set(found ON)
+  endif()
+  ostrel_require("RapidJSON" rapidjson-dev ${found})
+  add_library(ostrel_rapidjson INTERFACE IMPORTED GLOBAL)
+  target_include_directories(ostrel_rapidjson SYSTEM INTERFACE "${OSTREL_RAPIDJSON_INCLUDE_DIR}")
+endfunction()
