@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 /// Reading bundle files without running any of their code.
@@ -12,9 +14,9 @@
 namespace ostrel::bundle_file {
 
 enum class Format {
-    other,   ///< neither of the two below: text, an image, an empty file …
-    zip,     ///< a bare zip archive
-    elf,     ///< an ELF shared object, with or without an archive
+    other,  ///< neither of the two below: text, an image, an empty file, an ELF file that is no shared object …
+    zip,    ///< a bare zip archive, whole or damaged
+    elf,    ///< an ELF shared object, with or without an archive
 };
 
 enum class Archive {
@@ -23,28 +25,41 @@ enum class Archive {
     damaged,   ///< there is one, but it cannot be read; `damage` says why
 };
 
-/// One top folder of the archive, that is one bundle.
+/// One top folder of the archive that holds anything, that is one bundle.
 struct Folder {
     std::string name;                     ///< bytes as in the archive; the bundle's symbolic name
-    std::optional<std::string> manifest;  ///< bytes of `<name>/manifest.json`; empty when the folder has none
+    std::optional<std::string> manifest;  ///< bytes of `<name>/manifest.json`; nothing when the folder has none
 };
 
 /// What one file holds.
 struct Contents {
     Format format = Format::other;
-    bool truncated = false;            ///< ELF: the headers promise more bytes than the file has
-    std::vector<std::string> needed;   ///< ELF: DT_NEEDED names, in file order
+    bool truncated = false;           ///< ELF: the headers promise more than the file has; its archive is not looked for
+    std::vector<std::string> needed;  ///< ELF: DT_NEEDED names, in file order
     Archive archive = Archive::none;
-    std::string damage;                ///< why, when `truncated` or `Archive::damaged`
-    bool rootManifest = false;         ///< the archive has a manifest.json outside of any folder
-    std::vector<Folder> folders;       ///< in ascending byte order of name
+    std::string damage;           ///< why, when `truncated` or `Archive::damaged`
+    bool rootManifest = false;    ///< the archive has a manifest.json outside of any folder
+    std::vector<Folder> folders;  ///< in ascending byte order of name; empty unless `Archive::readable`
 };
+
+/// A manifest of more bytes counts as damage, as do all manifests of one file together above four times as many.
+inline constexpr std::size_t manifestLimit = std::size_t{16} << 20;
 
 /// Reads the file at `path` (bytes, as the file system has them).
 ///
-/// The archive is found wherever it lies: at the end of the file, as a section of a shared object, or as the whole file.
+/// The archive is found wherever it lies: at the end of the file (whatever the file is), as a part of a shared object,
+/// or as the whole file. The directory of the archive is checked in full; of the data only the manifests are.
 ///
-/// @throws std::system_error with the file's name when it cannot be opened, mapped or is no regular file.
+/// @throws std::system_error with the file's name when it cannot be opened or read, is no regular file, or is a
+///         shared object or archive of more than 2 GiB.
+/// @locks  none
+/// @cost   reads the file into memory; of one that is neither a shared object nor an archive only the ends.
 Contents read(const std::string& path);
+
+/// As read(), for the bytes of a file in memory. Any bytes will do.
+///
+/// @throws std::bad_alloc and nothing else
+/// @locks  none
+Contents inspect(std::string_view bytes);
 
 } // namespace ostrel::bundle_file

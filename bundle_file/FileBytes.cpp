@@ -1,0 +1,68 @@
+#include "bundle_file/FileBytes.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <system_error>
+
+namespace ostrel::bundle_file {
+namespace {
+
+[[noreturn]] void fail(int error, const std::string& path)
+{
+    throw std::system_error{error, std::generic_category(), "cannot read '" + path + "'"};
+}
+
+} // namespace
+
+FileBytes::FileBytes(const std::string& path)
+    : m_path{path}
+{
+    if (path.find('\0') != std::string::npos) {
+        fail(EINVAL, path);  // the system would silently open a file of a shorter name
+    }
+    // Non-blocking, as opening a pipe would otherwise wait for its writer.
+    m_descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (m_descriptor < 0) {
+        fail(errno, path);
+    }
+    struct stat status{};
+    const int error = ::fstat(m_descriptor, &status) != 0 ? errno
+                      : S_ISDIR(status.st_mode)           ? EISDIR
+                      : S_ISREG(status.st_mode)           ? 0
+                                                          : EINVAL;
+    if (error != 0) {
+        ::close(m_descriptor);
+        fail(error, path);
+    }
+    m_size = static_cast<std::uint64_t>(status.st_size);
+}
+
+FileBytes::~FileBytes()
+{
+    ::close(m_descriptor);
+}
+
+std::string FileBytes::read(std::uint64_t offset, std::uint64_t length) const
+{
+    std::string bytes(length, '\0');
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count =
+            ::pread(m_descriptor, &bytes[done], bytes.size() - done, static_cast<off_t>(offset + done));
+        if (count < 0 && errno != EINTR) {
+            fail(errno, m_path);
+        }
+        if (count == 0) {
+            break;
+        }
+        done += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    bytes.resize(done);
+    return bytes;
+}
+
+} // namespace ostrel::bundle_file
