@@ -14,32 +14,32 @@
 namespace ostrel::bundle_file {
 
 enum class Format {
-    other,  ///< neither of the two below: text, an image, an empty file, an ELF file that is no shared object …
-    zip,    ///< a bare zip archive, whole or damaged
-    elf,    ///< an ELF shared object, with or without an archive
+    other, ///< neither of the two below: text, an image, an empty file, an ELF file that is no shared object …
+    zip,   ///< a bare zip archive, whole or damaged
+    elf,   ///< an ELF shared object, with or without an archive
 };
 
 enum class Archive {
-    none,      ///< the file holds no zip archive
-    readable,  ///< `folders` tells what is in it
-    damaged,   ///< there is one, but it cannot be read; `damage` says why
+    none,     ///< the file holds no zip archive
+    readable, ///< `folders` tells what is in it
+    damaged,  ///< there is one, but it cannot be read; `damage` says why
 };
 
 /// One top folder of the archive that holds anything, that is one bundle.
 struct Folder {
-    std::string name;                     ///< bytes as in the archive; the bundle's symbolic name
-    std::optional<std::string> manifest;  ///< bytes of `<name>/manifest.json`; nothing when the folder has none
+    std::string name;                    ///< bytes as in the archive; the bundle's symbolic name
+    std::optional<std::string> manifest; ///< bytes of `<name>/manifest.json`; nothing when the folder has none
 };
 
 /// What one file holds.
 struct Contents {
     Format format = Format::other;
-    bool truncated = false;           ///< ELF: the headers promise more than the file has; its archive is not looked for
-    std::vector<std::string> needed;  ///< ELF: DT_NEEDED names, in file order
+    bool truncated = false;          ///< ELF: the headers promise more than the file has; its archive is not looked for
+    std::vector<std::string> needed; ///< ELF: DT_NEEDED names, in file order
     Archive archive = Archive::none;
-    std::string damage;           ///< why, when `truncated` or `Archive::damaged`
-    bool rootManifest = false;    ///< the archive has a manifest.json outside of any folder
-    std::vector<Folder> folders;  ///< in ascending byte order of name; empty unless `Archive::readable`
+    std::string damage;          ///< why, when `truncated` or `Archive::damaged`
+    bool rootManifest = false;   ///< the archive has a manifest.json outside of any folder
+    std::vector<Folder> folders; ///< in ascending byte order of name; empty unless `Archive::readable`
 };
 
 /// A manifest of more bytes counts as damage, as do all manifests of one file together above four times as many.

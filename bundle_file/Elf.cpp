@@ -2,10 +2,9 @@
 
 #include "bundle_file/ByteView.h"
 
-#include <elf.h>
-
 #include <algorithm>
 #include <cstddef>
+#include <elf.h>
 #include <optional>
 
 namespace ostrel::bundle_file {
@@ -31,10 +30,7 @@ struct Table {
 
 class ElfReader {
 public:
-    explicit ElfReader(std::string_view bytes)
-        : m_bytes{bytes}
-    {
-    }
+    explicit ElfReader(std::string_view bytes) : m_bytes{bytes} {}
 
     Elf read();
 

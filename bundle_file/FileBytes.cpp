@@ -1,12 +1,11 @@
 #include "bundle_file/FileBytes.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstddef>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace ostrel::bundle_file {
 namespace {
@@ -18,18 +17,17 @@ namespace {
 
 } // namespace
 
-FileBytes::FileBytes(const std::string& path)
-    : m_path{path}
+FileBytes::FileBytes(const std::string& path) : m_path{path}
 {
     if (path.find('\0') != std::string::npos) {
-        fail(EINVAL, path);  // the system would silently open a file of a shorter name
+        fail(EINVAL, path); // the system would silently open a file of a shorter name
     }
     // Non-blocking, as opening a pipe would otherwise wait for its writer.
     m_descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (m_descriptor < 0) {
         fail(errno, path);
     }
-    struct stat status{};
+    struct stat status {};
     const int error = ::fstat(m_descriptor, &status) != 0 ? errno
                       : S_ISDIR(status.st_mode)           ? EISDIR
                       : S_ISREG(status.st_mode)           ? 0

@@ -5,8 +5,8 @@
 
 namespace ostrel::bundle_file {
 
-/// A regular file that is open for reading. Bytes are copied rather than mapped: a file that somebody shortens meanwhile
-/// then reads as a short one and does not end the process.
+/// A regular file that is open for reading. Bytes are copied rather than mapped: a file that somebody shortens
+/// meanwhile then reads as a short one and does not end the process.
 class FileBytes {
 public:
     /// @throws std::system_error with `path` when it cannot be opened or is no regular file

@@ -110,11 +110,12 @@ void readFolders(std::string_view bytes, Contents& contents)
             continue;
         }
         if (slash + 1 == name.size()) {
-            continue;  // the folder itself, which need not hold anything
+            continue; // the folder itself, which need not hold anything
         }
         auto& manifest = folders[name.substr(0, slash)];
         if (!manifest && std::string_view{name}.substr(slash + 1) == manifestName) {
-            manifest = readManifest(archive.get(), index, name, std::min(manifestLimit, allManifestsLimit - allManifests));
+            manifest =
+                readManifest(archive.get(), index, name, std::min(manifestLimit, allManifestsLimit - allManifests));
             allManifests += manifest->size();
         }
     }

@@ -31,7 +31,7 @@ bool hasMark(std::string_view bytes, std::uint64_t offset, std::string_view mark
 
 struct EndRecord {
     std::uint64_t entries;
-    std::uint64_t begin, directory, position, end;  // offsets in the file
+    std::uint64_t begin, directory, position, end; // offsets in the file
 };
 
 /// The end record at `position`, if it and the start of the directory that it names make sense.
@@ -54,8 +54,7 @@ std::optional<EndRecord> endRecordAt(std::string_view bytes, std::uint64_t posit
     if (!plausible) {
         return std::nullopt;
     }
-    return EndRecord{entries, directory - directoryOffset, directory, position,
-                     position + endRecordSize + commentSize};
+    return EndRecord{entries, directory - directoryOffset, directory, position, position + endRecordSize + commentSize};
 }
 
 /// Walks the directory; the text says what is wrong with it, empty when nothing is.
@@ -67,7 +66,8 @@ std::string faultOf(std::string_view bytes, const EndRecord& archive)
             return "its directory is broken";
         }
         const std::uint64_t packedSize = number(bytes, at + 20, 4);
-        const std::uint64_t variable = number(bytes, at + 28, 2) + number(bytes, at + 30, 2) + number(bytes, at + 32, 2);
+        const std::uint64_t variable =
+            number(bytes, at + 28, 2) + number(bytes, at + 30, 2) + number(bytes, at + 32, 2);
         const std::uint64_t header = archive.begin + number(bytes, at + 42, 4);
         if (!fits(archive.position, at + directoryEntrySize, variable)) {
             return "its directory is broken";
@@ -90,8 +90,7 @@ std::optional<std::uint64_t> endRecordAtEnd(std::string_view bytes)
     const std::size_t earliest = bytes.size() - std::min(bytes.size(), endRecordLimit);
     for (std::size_t at = bytes.rfind(endMark); at != std::string_view::npos && at >= earliest;
          at = at == 0 ? std::string_view::npos : bytes.rfind(endMark, at - 1)) {
-        if (fits(bytes.size(), at, endRecordSize) &&
-            at + endRecordSize + number(bytes, at + 20, 2) == bytes.size()) {
+        if (fits(bytes.size(), at, endRecordSize) && at + endRecordSize + number(bytes, at + 20, 2) == bytes.size()) {
             return at;
         }
     }
@@ -127,9 +126,10 @@ bool isEntry(std::string_view bytes, std::uint64_t at, bool ofManifest)
     }
     constexpr std::string_view manifest{"/manifest.json"};
     const std::string_view name = bytes.substr(at + entrySize, nameSize);
-    const bool isText = std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x20; });
-    return isText && (!ofManifest || (name.size() > manifest.size() &&
-                                      name.substr(name.size() - manifest.size()) == manifest));
+    const bool isText =
+        std::all_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x20; });
+    return isText &&
+           (!ofManifest || (name.size() > manifest.size() && name.substr(name.size() - manifest.size()) == manifest));
 }
 
 bool holdsEntry(std::string_view bytes, std::uint64_t from, bool ofManifest)

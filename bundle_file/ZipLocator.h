@@ -7,17 +7,17 @@
 namespace ostrel::bundle_file {
 
 enum class SearchIn {
-    end,         ///< the archive ends where the file ends
-    everywhere,  ///< or lies anywhere in the file
+    end,        ///< the archive ends where the file ends
+    everywhere, ///< or lies anywhere in the file
 };
 
 /// Where a zip archive lies in a file.
 struct ZipPlace {
     enum class State { none, found, damaged };
     State state = State::none;
-    std::uint64_t begin = 0;  ///< when found: the archive's first byte, to which the offsets in it are relative
-    std::uint64_t end = 0;    ///< when found: behind the archive's comment
-    std::string damage;       ///< why, when damaged
+    std::uint64_t begin = 0; ///< when found: the archive's first byte, to which the offsets in it are relative
+    std::uint64_t end = 0;   ///< when found: behind the archive's comment
+    std::string damage;      ///< why, when damaged
 };
 
 /// The longest that an archive's end record can be, comment included.

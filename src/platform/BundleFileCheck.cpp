@@ -1,0 +1,138 @@
+#include "platform/BundleFileCheck.h"
+
+#include "bundle_file/BundleFile.h"
+#include "platform/ManifestCheck.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+
+namespace ostrel::platform {
+namespace {
+
+using bundle_file::Archive;
+using bundle_file::Contents;
+using bundle_file::Folder;
+using bundle_file::Format;
+
+constexpr bool embedded = OSTREL_EMBEDDED_FRAMEWORK != 0;
+
+[[noreturn]] void fail(const std::string& text)
+{
+    throw std::runtime_error{"installBundles: " + text};
+}
+
+std::string quoted(const std::string& text)
+{
+    return "'" + text + "'";
+}
+
+Contents readFile(const std::string& path)
+{
+    try {
+        return bundle_file::read(path);
+    } catch (const std::system_error& error) {
+        fail(quoted(path) + " cannot be read: " + error.code().message() + "; check the file and its permissions");
+    }
+}
+
+bool endsInSo(const std::string& path)
+{
+    constexpr std::string_view suffix{".so"};
+    return path.size() >= suffix.size() && path.compare(path.size() - suffix.size(), suffix.size(), suffix) == 0;
+}
+
+void refuseBroken(const std::string& path, const Contents& contents)
+{
+    if (contents.truncated) {
+        fail("the shared object " + quoted(path) + " is truncated (" + contents.damage + "); build the bundle again");
+    }
+    if (contents.archive == Archive::damaged) {
+        fail("the archive in " + quoted(path) + " is damaged (" + contents.damage + "); build the bundle again");
+    }
+}
+
+bool hasManifest(const Contents& contents)
+{
+    return std::any_of(contents.folders.begin(), contents.folders.end(),
+                       [](const Folder& folder) { return folder.manifest.has_value(); });
+}
+
+/// Why the file is no bundle; empty when it is one.
+std::string whyNoBundle(const std::string& path, const Contents& contents)
+{
+    if (contents.format == Format::other) {
+        return quoted(path) + " is no bundle: it is neither a shared object nor a zip archive";
+    }
+    if (contents.archive == Archive::none) {
+        return "the shared object " + quoted(path) +
+               " holds no archive and so no bundle; build it with ostrel_add_bundle()";
+    }
+    if (!hasManifest(contents)) {
+        return "the archive in " + quoted(path) + " holds no manifest (" +
+               (contents.rootManifest ? "its manifest.json lies in no folder, but must lie in one named like the bundle"
+                                      : "no <symbolic name>/manifest.json") +
+               "); build the bundle again with a manifest";
+    }
+    return {};
+}
+
+void refuseForeign(const std::string& path, const Contents& contents)
+{
+    constexpr std::string_view foreign = embedded ? "libCppMicroServices.so" : "libostrel_framework.so";
+    for (const std::string& needed : contents.needed) {
+        if (needed.compare(0, foreign.size(), foreign) != 0) {
+            continue;
+        }
+        const std::string needs = " (it needs " + quoted(needed) + ")";
+        if (embedded) {
+            fail("the bundle " + quoted(path) + " was built for an installed CppMicroServices" + needs +
+                 ", but this program runs on the embedded framework; build the bundle with OSTREL_FRAMEWORK=embedded, "
+                 "or the program with OSTREL_FRAMEWORK=system");
+        }
+        fail("the bundle " + quoted(path) + " was built for the embedded framework" + needs +
+             ", but this program runs on an installed CppMicroServices; build the bundle with "
+             "OSTREL_FRAMEWORK=system, or the program with OSTREL_FRAMEWORK=embedded");
+    }
+}
+
+BundleIdentity identityOf(const std::string& path, const Folder& folder)
+{
+    if (!folder.manifest) {
+        fail("the folder " + quoted(folder.name) + " in the archive of " + quoted(path) +
+             " has no manifest.json; each folder is one bundle and needs one");
+    }
+    ManifestCheck check = checkManifest(*folder.manifest);
+    if (!check.fault.empty()) {
+        fail("the manifest of the bundle " + quoted(folder.name) + " in " + quoted(path) +
+             " is not valid JSON of an object (" + check.fault + "); correct it and build the bundle again");
+    }
+    return {folder.name, std::move(check.version)};
+}
+
+} // namespace
+
+std::vector<BundleIdentity> bundlesIn(const std::string& path, FileRole role)
+{
+    const Contents contents = readFile(path);
+    refuseBroken(path, contents);
+
+    const std::string why = whyNoBundle(path, contents);
+    if (!why.empty()) {
+        const bool plainLibrary = contents.format == Format::elf && contents.archive == Archive::none;
+        if (role == FileRole::named || (endsInSo(path) && !plainLibrary)) {
+            fail(why);
+        }
+        return {};
+    }
+
+    refuseForeign(path, contents);
+    std::vector<BundleIdentity> bundles;
+    for (const Folder& folder : contents.folders) {
+        bundles.push_back(identityOf(path, folder));
+    }
+    return bundles;
+}
+
+} // namespace ostrel::platform

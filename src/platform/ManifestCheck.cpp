@@ -1,0 +1,105 @@
+#include "platform/ManifestCheck.h"
+
+#include <cppmicroservices/BundleVersion.h>
+
+#include <rapidjson/error/en.h>
+#include <rapidjson/memorystream.h>
+#include <rapidjson/reader.h>
+
+#include <exception>
+#include <optional>
+#include <strings.h>
+
+namespace ostrel::platform {
+namespace {
+
+// The frameworks read manifests by recursion; no manifest that means anything comes near.
+constexpr int depthLimit = 256;
+
+/// Sees that the text is one object and picks its version.
+class ManifestHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, ManifestHandler> {
+public:
+    bool Default() { return value(); }
+
+    bool String(const char* text, rapidjson::SizeType length, bool /*copy*/)
+    {
+        if (m_depth == 1 && m_isVersion && !version) {
+            version = std::string{text, length};
+        }
+        return value();
+    }
+
+    bool Key(const char* text, rapidjson::SizeType length, bool /*copy*/)
+    {
+        // Headers are found whatever the case of their names, and of equal names the first one counts.
+        m_isVersion = m_depth == 1 && !m_sawVersion && ::strcasecmp(std::string{text, length}.c_str(), key) == 0;
+        m_sawVersion = m_sawVersion || m_isVersion;
+        return true;
+    }
+
+    bool StartObject() { return enter(); }
+    bool EndObject(rapidjson::SizeType /*members*/) { return leave(); }
+    bool StartArray() { return m_depth != 0 && enter(); }
+    bool EndArray(rapidjson::SizeType /*elements*/) { return leave(); }
+
+    std::optional<std::string> version;
+    bool tooDeep = false;
+
+private:
+    static constexpr const char* key = "bundle.version";
+
+    bool value() const { return m_depth != 0; }
+
+    bool enter()
+    {
+        tooDeep = ++m_depth > depthLimit;
+        return !tooDeep;
+    }
+
+    bool leave()
+    {
+        --m_depth;
+        return true;
+    }
+
+    int m_depth = 0;
+    bool m_isVersion = false;
+    bool m_sawVersion = false;
+};
+
+std::string printed(const std::optional<std::string>& version)
+{
+    if (!version) {
+        return cppmicroservices::BundleVersion::EmptyVersion().ToString();
+    }
+    try {
+        return cppmicroservices::BundleVersion{*version}.ToString();
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+} // namespace
+
+ManifestCheck checkManifest(const std::string& text)
+{
+    ManifestHandler handler;
+    rapidjson::Reader reader;
+    rapidjson::MemoryStream stream{text.data(), text.size()};
+    const auto result = reader.Parse<rapidjson::kParseIterativeFlag>(stream, handler);
+    if (!result.IsError()) {
+        return {{}, printed(handler.version)};
+    }
+    ManifestCheck check;
+    if (handler.tooDeep) {
+        check.fault = "it is nested deeper than " + std::to_string(depthLimit) + " levels";
+    } else if (result.Code() == rapidjson::kParseErrorTermination) {
+        check.fault = "it is no JSON object";
+    } else {
+        check.fault =
+            std::string{rapidjson::GetParseError_En(result.Code())} + " at offset " + std::to_string(result.Offset());
+    }
+    return check;
+}
+
+} // namespace ostrel::platform
