@@ -1,0 +1,231 @@
+# ostrel_add_bundle(): the one call with which a bundle author makes a bundle library, on either framework.
+#
+#   ostrel_add_bundle(<target>
+#     SYMBOLIC_NAME <name> MANIFEST <manifest.json> SOURCES <files...>
+#     [FILE_NAME <exact file name>] [OUTPUT_DIRECTORY <dir>]
+#     [MORE_BUNDLES <name> <manifest.json> [<name> <manifest.json>]...])
+#
+# The guide docs/guide/bundles.md describes it. Include this file after the framework's targets are defined: the target
+# ostrel::bundle_packer tells that the bundles are for the embedded framework.
+cmake_policy(PUSH)
+cmake_policy(VERSION 3.25)
+
+include("${CMAKE_CURRENT_LIST_DIR}/OstrelBundleManifest.cmake")
+
+# Remembered globally: the imported targets of a package are seen only in the directory that found it, and a guess made
+# elsewhere could build a bundle for the other framework without anybody noticing.
+if(TARGET ostrel::bundle_packer)
+  set_property(GLOBAL PROPERTY OSTREL_BUNDLE_FRAMEWORK embedded)
+else()
+  set_property(GLOBAL PROPERTY OSTREL_BUNDLE_FRAMEWORK system)
+endif()
+
+function(ostrel_add_bundle target)
+  set(one_value SYMBOLIC_NAME MANIFEST FILE_NAME OUTPUT_DIRECTORY)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "${one_value}" "SOURCES;MORE_BUNDLES")
+  _ostrel_check_bundle_arguments()
+
+  set(work_dir "${CMAKE_CURRENT_BINARY_DIR}/CMakeFiles/${target}.bundle")
+  set(initialisers "")
+  set(names "")
+  set(bundles "${arg_SYMBOLIC_NAME}" "${arg_MANIFEST}" ${arg_MORE_BUNDLES})
+  while(NOT bundles STREQUAL "")
+    list(POP_FRONT bundles name manifest)
+    cmake_path(ABSOLUTE_PATH manifest BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
+    # Before the check, so that an edit that repairs a bad manifest runs it again.
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${manifest}")
+    ostrel_check_bundle_manifest("${manifest}" "${name}")
+    configure_file("${manifest}" "${work_dir}/${name}/manifest.json" COPYONLY)
+    string(APPEND initialisers
+      "\n#undef US_BUNDLE_NAME\n#define US_BUNDLE_NAME ${name}\nCPPMICROSERVICES_INITIALIZE_BUNDLE\n")
+    list(APPEND names "${name}")
+  endwhile()
+
+  add_library(${target} SHARED ${arg_SOURCES})
+  target_compile_features(${target} PRIVATE cxx_std_17)
+  target_compile_definitions(${target} PRIVATE US_BUNDLE_NAME=${arg_SYMBOLIC_NAME})
+  set_target_properties(${target} PROPERTIES US_BUNDLE_NAME "${arg_SYMBOLIC_NAME}")
+  _ostrel_name_bundle_file()
+
+  configure_file("${CMAKE_CURRENT_FUNCTION_LIST_DIR}/OstrelBundleInit.cpp.in" "${work_dir}/init.cpp" @ONLY)
+  _ostrel_add_generated_unit("${work_dir}/init.cpp")
+
+  get_property(framework GLOBAL PROPERTY OSTREL_BUNDLE_FRAMEWORK)
+  if(framework STREQUAL "embedded")
+    _ostrel_embed_manifests_by_packer()
+  else()
+    _ostrel_embed_manifests_by_installed_framework()
+  endif()
+endfunction()
+
+# The helpers below belong to the one function above and read its variables. Nothing that a caller gave is passed to a
+# macro, which would evaluate it a second time.
+
+function(_ostrel_bundle_error)
+  string(JOIN "" text ${ARGN})
+  message(FATAL_ERROR "ostrel_add_bundle(${target}): ${text}")
+endfunction()
+
+macro(_ostrel_check_bundle_arguments)
+  if(target IN_LIST one_value OR target MATCHES "^(SOURCES|MORE_BUNDLES)$")
+    _ostrel_bundle_error("the first argument must be the name of the target, not the keyword ${target}.")
+  endif()
+  if(TARGET "${target}")
+    _ostrel_bundle_error("a target of this name exists already.")
+  endif()
+  if(NOT "${arg_UNPARSED_ARGUMENTS}" STREQUAL "")
+    list(JOIN arg_UNPARSED_ARGUMENTS "', '" listed)
+    _ostrel_bundle_error("unknown argument '${listed}'. Known are SYMBOLIC_NAME, MANIFEST, SOURCES, FILE_NAME, "
+      "OUTPUT_DIRECTORY and MORE_BUNDLES.")
+  endif()
+  foreach(keyword IN LISTS one_value ITEMS SOURCES MORE_BUNDLES)
+    if("${arg_${keyword}}" STREQUAL "")
+      if(keyword IN_LIST arg_KEYWORDS_MISSING_VALUES)
+        _ostrel_bundle_error("${keyword} has no value.")
+      elseif(keyword MATCHES "^(SYMBOLIC_NAME|MANIFEST|SOURCES)$")
+        _ostrel_bundle_error("${keyword} is missing.")
+      elseif(DEFINED arg_${keyword})
+        _ostrel_bundle_error("${keyword} is empty.")
+      endif()
+    endif()
+  endforeach()
+
+  list(LENGTH arg_MORE_BUNDLES count)
+  math(EXPR odd "${count} % 2")
+  if(odd)
+    _ostrel_bundle_error("MORE_BUNDLES takes pairs of a symbolic name and a manifest.")
+  endif()
+  set(names "")
+  set(bundles "${arg_SYMBOLIC_NAME}" "${arg_MANIFEST}" ${arg_MORE_BUNDLES})
+  while(NOT bundles STREQUAL "")
+    list(POP_FRONT bundles name manifest)
+    if(NOT name MATCHES "^[A-Za-z_][A-Za-z0-9_]*$")
+      _ostrel_bundle_error("the symbolic name '${name}' is not a C identifier (letters, digits and underscores, no "
+        "digit first); it becomes a part of function names.")
+    endif()
+    if(name IN_LIST names)
+      _ostrel_bundle_error("the symbolic name '${name}' is given twice.")
+    endif()
+    list(APPEND names "${name}")
+    cmake_path(ABSOLUTE_PATH manifest BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
+    if(NOT EXISTS "${manifest}" OR IS_DIRECTORY "${manifest}")
+      _ostrel_bundle_error("the manifest '${manifest}' does not exist or is a directory.")
+    endif()
+  endwhile()
+
+  foreach(source IN LISTS arg_SOURCES)
+    _ostrel_check_bundle_source()
+  endforeach()
+  if("${arg_FILE_NAME}" MATCHES "/" OR "${arg_FILE_NAME}" MATCHES "^\\.\\.?$")
+    _ostrel_bundle_error("FILE_NAME '${arg_FILE_NAME}' must be a plain file name; use OUTPUT_DIRECTORY for the place.")
+  endif()
+endmacro()
+
+# A source may also be made by the build, or lie in the binary directory, as for add_library().
+macro(_ostrel_check_bundle_source)
+  if(NOT source MATCHES "\\$<")
+    cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE OUTPUT_VARIABLE in_source)
+    cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}" NORMALIZE OUTPUT_VARIABLE in_binary)
+    get_source_file_property(generated "${in_source}" GENERATED)
+    get_source_file_property(generated_in_binary "${in_binary}" GENERATED)
+    if(NOT EXISTS "${in_source}" AND NOT EXISTS "${in_binary}" AND NOT generated AND NOT generated_in_binary)
+      _ostrel_bundle_error("the source '${in_source}' does not exist.")
+    endif()
+  endif()
+endmacro()
+
+# The file's name and place are exact: the variables with which a project decorates its libraries do not count.
+macro(_ostrel_name_bundle_file)
+  set_target_properties(${target} PROPERTIES PREFIX "lib" SUFFIX ".so")
+  if(DEFINED arg_FILE_NAME)
+    set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME "${arg_FILE_NAME}" SUFFIX "")
+  endif()
+  if(DEFINED arg_OUTPUT_DIRECTORY)
+    # As everywhere in CMake, what is written goes below the binary directory unless the path is absolute.
+    cmake_path(ABSOLUTE_PATH arg_OUTPUT_DIRECTORY BASE_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}" NORMALIZE)
+    set_target_properties(${target} PROPERTIES LIBRARY_OUTPUT_DIRECTORY "${arg_OUTPUT_DIRECTORY}")
+  endif()
+  set(configurations ${CMAKE_CONFIGURATION_TYPES})
+  if(NOT configurations)
+    set(configurations "${CMAKE_BUILD_TYPE}")
+  endif()
+  foreach(configuration IN LISTS configurations)
+    string(TOUPPER "${configuration}" configuration)
+    set_property(TARGET ${target} PROPERTY "${configuration}_POSTFIX" "")
+    if(DEFINED arg_OUTPUT_DIRECTORY)
+      set_property(TARGET ${target} PROPERTY "LIBRARY_OUTPUT_DIRECTORY_${configuration}" "${arg_OUTPUT_DIRECTORY}")
+    endif()
+  endforeach()
+endmacro()
+
+# Adds a unit that is nobody's to mend: no warnings, no precompiled header, no unity build, no code generators.
+macro(_ostrel_add_generated_unit unit)
+  target_sources(${target} PRIVATE "${unit}")
+  set_source_files_properties("${unit}" PROPERTIES
+    COMPILE_OPTIONS "-w"
+    SKIP_AUTOGEN ON
+    SKIP_PRECOMPILE_HEADERS ON
+    SKIP_UNITY_BUILD_INCLUSION ON)
+endmacro()
+
+# The property is set directly because target_link_libraries() would bind the author to one of its two signatures.
+macro(_ostrel_link_framework framework_target)
+  set_property(TARGET ${target} APPEND PROPERTY LINK_LIBRARIES ${framework_target})
+endmacro()
+
+macro(_ostrel_embed_manifests_by_packer)
+  if(NOT TARGET ostrel::bundle_packer OR NOT TARGET ostrel::framework)
+    _ostrel_bundle_error("the targets ostrel::bundle_packer and ostrel::framework are not known in this directory. "
+      "Call find_package(ostrel_us_container CONFIG REQUIRED) here or in a directory above.")
+  endif()
+  set(archive "${work_dir}/bundle.zip")
+  set(pairs "")
+  set(manifests "")
+  foreach(name IN LISTS names)
+    list(APPEND pairs "${name}" "${work_dir}/${name}/manifest.json")
+    list(APPEND manifests "${work_dir}/${name}/manifest.json")
+  endforeach()
+  add_custom_command(
+    OUTPUT "${archive}"
+    COMMAND ostrel::bundle_packer "${archive}" ${pairs}
+    DEPENDS ostrel::bundle_packer ${manifests}
+    COMMENT "Packing the manifest of bundle ${target}"
+    VERBATIM)
+  string(REPLACE "\\" "\\\\" archive_in_assembly "${archive}")
+  string(REPLACE "\"" "\\\"" archive_in_assembly "${archive_in_assembly}")
+  configure_file("${CMAKE_CURRENT_FUNCTION_LIST_DIR}/OstrelBundleArchive.cpp.in" "${work_dir}/archive.cpp" @ONLY)
+  _ostrel_add_generated_unit("${work_dir}/archive.cpp")
+  set_source_files_properties("${work_dir}/archive.cpp" PROPERTIES OBJECT_DEPENDS "${archive}")
+  _ostrel_link_framework(ostrel::framework)
+endmacro()
+
+# The installed framework's own functions, in their LINK mode: the default one appends the archive to the file, and
+# strip would cut it off again.
+macro(_ostrel_embed_manifests_by_installed_framework)
+  # Its functions need variables and targets that are seen only where the package was found.
+  if(NOT TARGET CppMicroServices OR NOT TARGET usResourceCompiler OR NOT COMMAND usFunctionEmbedResources
+      OR NOT DEFINED US_RCC_EXECUTABLE_TARGET)
+    find_package(CppMicroServices 3.8.4 CONFIG QUIET)
+  endif()
+  if(NOT TARGET CppMicroServices OR NOT COMMAND usFunctionEmbedResources)
+    _ostrel_bundle_error("no framework is known in this directory. Call "
+      "find_package(ostrel_us_container CONFIG REQUIRED) before, or give the prefix of CppMicroServices 3.8.4 with "
+      "-DCMAKE_PREFIX_PATH=<prefix>.")
+  endif()
+  if(NOT US_RESOURCE_LINKING_AVAILABLE)
+    _ostrel_bundle_error("CppMicroServices says that this linker cannot link resources, which bundles need here.")
+  endif()
+  # Its functions write below <binary directory>/<target>, where a bundle with that file name may have to go.
+  set(CMAKE_CURRENT_BINARY_DIR "${work_dir}")
+  foreach(name IN LISTS names)
+    usFunctionAddResources(TARGET ${target} BUNDLE_NAME ${name}
+      WORKING_DIRECTORY "${work_dir}/${name}" FILES manifest.json)
+  endforeach()
+  set(resources "")
+  usFunctionGetResourceSource(TARGET ${target} OUT resources LINK)
+  usFunctionEmbedResources(TARGET ${target} LINK)
+  target_sources(${target} PRIVATE ${resources})
+  _ostrel_link_framework(CppMicroServices)
+endmacro()
+
+cmake_policy(POP)
