@@ -1,0 +1,69 @@
+# What `cmake --install` gives: headers, libraries, programs and a relocatable CMake package. Paths between installed
+# files are relative everywhere, so the prefix may be moved.
+include(CMakePackageConfigHelpers)
+
+set(OSTREL_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/ostrel_us_container")
+set(OSTREL_INSTALL_LIBEXECDIR "${CMAKE_INSTALL_LIBEXECDIR}/ostrel_us_container")
+
+# ostrel_set_install_run_path(<target> <directory in which it is installed>)
+#
+# Installed programs and libraries find each other from where they lie themselves.
+function(ostrel_set_install_run_path target directory)
+  if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}" OR IS_ABSOLUTE "${directory}")
+    set(run_path "${CMAKE_INSTALL_FULL_LIBDIR}")
+  else()
+    file(RELATIVE_PATH way "/prefix/${directory}" "/prefix/${CMAKE_INSTALL_LIBDIR}")
+    string(REGEX REPLACE "/$" "" run_path "\$ORIGIN/${way}")
+  endif()
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "${run_path}")
+  if(OSTREL_FRAMEWORK_TAKEN STREQUAL "system")
+    # An installed framework may lie outside of the directories that the loader searches.
+    set_target_properties(${target} PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
+  endif()
+endfunction()
+
+ostrel_set_install_run_path(ostrel_us_container "${CMAKE_INSTALL_LIBDIR}")
+install(TARGETS ostrel_us_container EXPORT ostrel_us_container-targets
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  FILE_SET public_headers DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ostrel_us_container")
+
+if(OSTREL_FRAMEWORK_TAKEN STREQUAL "embedded")
+  # In a directory of their own, so that they never shadow or overwrite those of an installed CppMicroServices.
+  set(directory "${CMAKE_INSTALL_INCLUDEDIR}/ostrel_framework")
+  target_include_directories(ostrel_framework INTERFACE "$<INSTALL_INTERFACE:${directory}>")
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/framework/include/cppmicroservices" DESTINATION "${directory}"
+    FILES_MATCHING PATTERN "*.h")
+  ostrel_set_install_run_path(ostrel_framework "${CMAKE_INSTALL_LIBDIR}")
+  install(TARGETS ostrel_framework EXPORT ostrel_us_container-targets
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
+  ostrel_set_install_run_path(ostrel_bundle_packer "${OSTREL_INSTALL_LIBEXECDIR}")
+  install(TARGETS ostrel_bundle_packer EXPORT ostrel_us_container-targets
+    RUNTIME DESTINATION "${OSTREL_INSTALL_LIBEXECDIR}")
+else()
+  install(TARGETS ostrel_framework EXPORT ostrel_us_container-targets)
+endif()
+
+if(TARGET ostrel_host)
+  ostrel_set_install_run_path(ostrel_host "${CMAKE_INSTALL_BINDIR}")
+  install(TARGETS ostrel_host RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+endif()
+
+install(EXPORT ostrel_us_container-targets
+  FILE ostrel_us_containerTargets.cmake
+  NAMESPACE ostrel::
+  DESTINATION "${OSTREL_INSTALL_CMAKEDIR}")
+configure_package_config_file(
+  "${PROJECT_SOURCE_DIR}/cmake/ostrel_us_containerConfig.cmake.in"
+  "${PROJECT_BINARY_DIR}/ostrel_us_containerConfig.cmake"
+  INSTALL_DESTINATION "${OSTREL_INSTALL_CMAKEDIR}"
+  NO_CHECK_REQUIRED_COMPONENTS_MACRO)
+write_basic_package_version_file(
+  "${PROJECT_BINARY_DIR}/ostrel_us_containerConfigVersion.cmake"
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  "${PROJECT_BINARY_DIR}/ostrel_us_containerConfig.cmake"
+  "${PROJECT_BINARY_DIR}/ostrel_us_containerConfigVersion.cmake"
+  DESTINATION "${OSTREL_INSTALL_CMAKEDIR}")
+# ostrel_add_bundle() with the files that it reads.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/cmake/" DESTINATION "${OSTREL_INSTALL_CMAKEDIR}"
+  FILES_MATCHING PATTERN "OstrelAddBundle.cmake" PATTERN "OstrelBundle*")
