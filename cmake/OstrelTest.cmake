@@ -1,0 +1,19 @@
+# ostrel_add_test(<target> LABEL <label> SOURCES <files...> [LIBRARIES <targets...>])
+#
+# A GoogleTest program, each of its tests a test of CTest under its own name. LABEL is the kind of test: `ctest -L unit`.
+find_package(GTest CONFIG QUIET)
+ostrel_require("GoogleTest with GMock" "libgtest-dev libgmock-dev" "${GTest_FOUND}")
+include(GoogleTest)
+
+function(ostrel_add_test target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "LABEL" "SOURCES;LIBRARIES")
+  if(arg_UNPARSED_ARGUMENTS OR NOT arg_LABEL OR NOT arg_SOURCES)
+    message(FATAL_ERROR "ostrel_add_test(${target}): needs LABEL and SOURCES, and takes only LIBRARIES besides")
+  endif()
+  add_executable(${target} ${arg_SOURCES})
+  target_compile_features(${target} PRIVATE cxx_std_17)
+  target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest_main ostrel_warnings)
+  # A test that hangs is ended, and the slowest machine may take its time to list the tests.
+  gtest_discover_tests(${target} DISCOVERY_TIMEOUT 120 PROPERTIES LABELS "${arg_LABEL}" TIMEOUT 120)
+endfunction()
