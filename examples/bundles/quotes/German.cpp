@@ -1,0 +1,26 @@
+#include "Quotes.h"
+
+#include <cppmicroservices/BundleActivator.h>
+#include <cppmicroservices/BundleContext.h>
+#include <cppmicroservices/Constants.h>
+
+#include <memory>
+#include <string>
+
+namespace {
+
+class Activator final : public cppmicroservices::BundleActivator {
+public:
+    void Start(cppmicroservices::BundleContext context) override
+    {
+        context.RegisterService<text::Step>(
+            std::make_shared<Quotes>("\u201e", "\u201c"),
+            {{cppmicroservices::Constants::SERVICE_RANKING, 200}, {"language", std::string{"de"}}});
+    }
+
+    void Stop(cppmicroservices::BundleContext) override {}
+};
+
+} // namespace
+
+CPPMICROSERVICES_EXPORT_BUNDLE_ACTIVATOR(Activator)
