@@ -1,0 +1,94 @@
+#include "FrameworkHost.h"
+
+#include "Problem.h"
+
+#include <cppmicroservices/Any.h>
+#include <cppmicroservices/AnyMap.h>
+#include <cppmicroservices/FrameworkEvent.h>
+#include <cppmicroservices/FrameworkFactory.h>
+
+#include <chrono>
+#include <dlfcn.h>
+#include <platform/InstallBundles.h>
+#include <utility>
+
+namespace ostrel::host {
+
+namespace {
+
+using cppmicroservices::Any;
+using cppmicroservices::Bundle;
+using cppmicroservices::Framework;
+
+Framework startedFramework()
+{
+    // With RTLD_NOW a bundle that lacks a symbol fails to start, instead of ending the process at some later call.
+    Framework framework = cppmicroservices::FrameworkFactory().NewFramework(cppmicroservices::FrameworkConfiguration{
+        {"org.cppmicroservices.library.load.options", Any{static_cast<int>(RTLD_NOW)}}});
+    try {
+        framework.Start();
+    } catch (const std::exception& error) {
+        throw Problem{ExitStatus::framework,
+                      {"cannot start the plug-in framework", "this process", error.what(),
+                       "check that the installed framework is complete"}};
+    }
+    return framework;
+}
+
+void checkComponentName(const Bundle& bundle)
+{
+    if (bundle.GetHeaders().AtCompoundKey("zq.component.name", Any{}).Empty()) {
+        throw Problem{ExitStatus::bundle,
+                      {"cannot use the bundle " + quoted(bundle.GetSymbolicName()), bundle.GetLocation(),
+                       "its manifest has no \"zq\": {\"component\": {\"name\": ...}}",
+                       "add the component name to the manifest and build the bundle again"}};
+    }
+}
+
+} // namespace
+
+FrameworkHost::FrameworkHost(Framework framework, std::string shownAs)
+    : m_framework(std::move(framework)), m_directory(std::move(shownAs))
+{
+}
+
+FrameworkHost FrameworkHost::installing(const ostrel::platform::Utf16Path& directory, const std::string& shownAs)
+{
+    FrameworkHost host{startedFramework(), shownAs};
+    try {
+        host.m_bundles = ostrel::platform::installBundles(host.context(), directory);
+    } catch (const std::exception& error) {
+        throw Problem{ExitStatus::bundle,
+                      {"cannot install the bundles", shownAs, error.what(),
+                       "build the bundle again, or take the file out of the directory"}};
+    }
+    for (const Bundle& bundle : host.m_bundles) {
+        checkComponentName(bundle);
+    }
+    return host;
+}
+
+std::string FrameworkHost::culprit(const std::string& message) const
+{
+    std::string found;
+    for (const Bundle& bundle : m_bundles) {
+        const std::string location = bundle.GetLocation();
+        if (location.size() > found.size() && message.find(location) != std::string::npos) {
+            found = location;
+        }
+    }
+    return found.empty() ? m_directory : found;
+}
+
+void FrameworkHost::stop()
+{
+    m_framework.Stop();
+    const auto event = m_framework.WaitForStop(std::chrono::milliseconds::zero());
+    if (event.GetType() != cppmicroservices::FrameworkEvent::FRAMEWORK_STOPPED) {
+        throw Problem{ExitStatus::framework,
+                      {"the plug-in framework did not stop", "this process", event.GetMessage(),
+                       "check what the bundles do when they stop"}};
+    }
+}
+
+} // namespace ostrel::host
