@@ -1,10 +1,12 @@
-/// Starts every bundle in one file and says what became of each; the tests of ostrel_add_bundle() read its output.
+/// Starts every bundle in one file and says what became of each, and what its activator left in the environment; the
+/// tests of ostrel_add_bundle() read its output.
 ///
 /// usage: ostrel_start_bundle <file>
 /// Exit status: 0 when the file held bundles and all of them are active.
 
 #include <cppmicroservices/Bundle.h>
 #include <cppmicroservices/BundleContext.h>
+#include <cppmicroservices/BundleVersion.h>
 #include <cppmicroservices/Framework.h>
 #include <cppmicroservices/FrameworkEvent.h>
 #include <cppmicroservices/FrameworkFactory.h>
@@ -28,7 +30,10 @@ int main(int argc, char* argv[])
         for (auto& bundle : bundles) {
             bundle.Start();
             const bool active = bundle.GetState() == cppmicroservices::Bundle::STATE_ACTIVE;
-            std::cout << bundle.GetSymbolicName() << (active ? " is active\n" : " is not active\n");
+            const char* const left = std::getenv("OSTREL_AUTHORING");
+            std::cout << bundle.GetSymbolicName() << ' ' << bundle.GetVersion()
+                      << (active ? " is active: " : " is not active: ") << (left != nullptr ? left : "") << '\n';
+            unsetenv("OSTREL_AUTHORING");
             allActive = allActive && active;
         }
         framework.Stop();

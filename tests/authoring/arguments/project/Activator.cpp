@@ -1,0 +1,1 @@
+// A source that exists; nothing compiles it.

@@ -1,0 +1,6 @@
+const char* greeting();
+
+const char* greeting()
+{
+    return GREETING;
+}
