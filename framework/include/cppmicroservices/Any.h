@@ -22,11 +22,13 @@ namespace cppmicroservices {
 namespace any::detail {
 
 template <typename T, typename = void>
-struct has_op_eq : std::false_type {};
+struct has_op_eq : std::false_type {
+};
 
 template <typename T>
 struct has_op_eq<T, std::void_t<decltype(static_cast<bool>(std::declval<T const&>() == std::declval<T const&>()))>>
-    : std::true_type {};
+    : std::true_type {
+};
 
 /// Values of a type without `==` are never equal.
 template <typename T>
@@ -109,15 +111,12 @@ public:
     template <typename ValueType>
     bool operator==(ValueType const& val) const
     {
-        return Type() == typeid(ValueType)
-               && any::detail::compare(cppmicroservices::ref_any_cast<ValueType>(*this), val);
+        return Type() == typeid(ValueType) &&
+               any::detail::compare(cppmicroservices::ref_any_cast<ValueType>(*this), val);
     }
 
     /// True when both hold equal values of one type. An empty Any equals nothing, an empty one neither.
-    bool operator==(Any const& rhs) const
-    {
-        return m_content && rhs.m_content && m_content->equals(rhs);
-    }
+    bool operator==(Any const& rhs) const { return m_content && rhs.m_content && m_content->equals(rhs); }
 
     template <typename ValueType>
     bool operator!=(ValueType const& val) const
@@ -125,10 +124,7 @@ public:
         return !operator==(val);
     }
 
-    bool Empty() const
-    {
-        return !m_content;
-    }
+    bool Empty() const { return !m_content; }
 
     /// The value as text: strings as they are, `bool` as 1 or 0, lists as `[a,b]`, maps as `{k : v, l : w}`.
     ///
@@ -154,10 +150,7 @@ public:
     std::string ToCPP(bool prettyPrint = false) const;
 
     /// The type of the value; `typeid(void)` when there is none.
-    std::type_info const& Type() const
-    {
-        return m_content ? m_content->type() : typeid(void);
-    }
+    std::type_info const& Type() const { return m_content ? m_content->type() : typeid(void); }
 
 private:
     enum class Form { text, json, cpp };
@@ -193,20 +186,11 @@ private:
             }
         }
 
-        std::type_info const& type() const override
-        {
-            return typeid(ValueType);
-        }
+        std::type_info const& type() const override { return typeid(ValueType); }
 
-        std::unique_ptr<Placeholder> clone() const override
-        {
-            return std::make_unique<Holder>(held);
-        }
+        std::unique_ptr<Placeholder> clone() const override { return std::make_unique<Holder>(held); }
 
-        bool equals(Any const& other) const override
-        {
-            return other == held;
-        }
+        bool equals(Any const& other) const override { return other == held; }
 
         ValueType held;
     };
@@ -237,9 +221,8 @@ private:
 
 namespace detail {
 
-[[noreturn]] US_Framework_EXPORT void ThrowBadAnyCastException(std::string const& funcName,
-                                                               std::type_info const& source,
-                                                               std::type_info const& target);
+[[noreturn]] US_Framework_EXPORT void
+ThrowBadAnyCastException(std::string const& funcName, std::type_info const& source, std::type_info const& target);
 
 } // namespace detail
 

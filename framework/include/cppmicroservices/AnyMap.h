@@ -48,13 +48,13 @@ public:
     using const_pointer = value_type const*;
     using ordered_any_map = std::map<std::string, Any>;
     using unordered_any_map = std::unordered_map<std::string, Any>;
-    using unordered_any_cimap
-        = std::unordered_map<std::string, Any, detail::any_map_cihash, detail::any_map_ciequal>;
+    using unordered_any_cimap = std::unordered_map<std::string, Any, detail::any_map_cihash, detail::any_map_ciequal>;
 
     enum map_type : uint8_t {
         ORDERED_MAP,                        ///< iterates in byte order of the keys
         UNORDERED_MAP,                      ///< iterates in unspecified order
-        UNORDERED_MAP_CASEINSENSITIVE_KEYS, ///< the same; keys that differ by case only are one, its first spelling stays
+        UNORDERED_MAP_CASEINSENSITIVE_KEYS, ///< the same; keys that differ by case only are one, its first spelling
+                                            ///< stays
     };
 
 private:
@@ -192,16 +192,10 @@ public:
 
     /// True for maps of one kind with equal entries.
     bool operator==(any_map const& rhs) const;
-    bool operator!=(any_map const& rhs) const
-    {
-        return !(operator==(rhs));
-    }
+    bool operator!=(any_map const& rhs) const { return !(operator==(rhs)); }
 
 protected:
-    map_type kind() const
-    {
-        return static_cast<map_type>(m_map.index());
-    }
+    map_type kind() const { return static_cast<map_type>(m_map.index()); }
 
 private:
     friend class ldap::MapAccess;

@@ -14,21 +14,21 @@ US_Framework_EXPORT extern const std::string SYSTEM_BUNDLE_LOCATION;     ///< "S
 US_Framework_EXPORT extern const std::string SYSTEM_BUNDLE_SYMBOLICNAME; ///< "system_bundle"
 
 // Manifest entries.
-US_Framework_EXPORT extern const std::string BUNDLE_ACTIVATOR;                      ///< "bundle.activator"
-US_Framework_EXPORT extern const std::string BUNDLE_CATEGORY;                       ///< "bundle.category"
-US_Framework_EXPORT extern const std::string BUNDLE_COPYRIGHT;                      ///< "bundle.copyright"
-US_Framework_EXPORT extern const std::string BUNDLE_DESCRIPTION;                    ///< "bundle.description"
-US_Framework_EXPORT extern const std::string BUNDLE_MANIFESTVERSION;                ///< "bundle.manifest_version"
-US_Framework_EXPORT extern const std::string BUNDLE_NAME;                           ///< "bundle.name"
-US_Framework_EXPORT extern const std::string BUNDLE_VENDOR;                         ///< "bundle.vendor"
-US_Framework_EXPORT extern const std::string BUNDLE_VERSION;                        ///< "bundle.version"
-US_Framework_EXPORT extern const std::string BUNDLE_DOCURL;                         ///< "bundle.doc_url"
-US_Framework_EXPORT extern const std::string BUNDLE_CONTACTADDRESS;                 ///< "bundle.contact_address"
-US_Framework_EXPORT extern const std::string BUNDLE_SYMBOLICNAME;                   ///< "bundle.symbolic_name"
-US_Framework_EXPORT extern const std::string BUNDLE_LOCALIZATION;                   ///< "bundle.localization"
-US_Framework_EXPORT extern const std::string BUNDLE_LOCALIZATION_DEFAULT_BASENAME;  ///< "US-INF/l10n/bundle"
-US_Framework_EXPORT extern const std::string BUNDLE_ACTIVATIONPOLICY;               ///< "bundle.activation_policy"
-US_Framework_EXPORT extern const std::string ACTIVATION_LAZY;                       ///< "lazy"
+US_Framework_EXPORT extern const std::string BUNDLE_ACTIVATOR;                     ///< "bundle.activator"
+US_Framework_EXPORT extern const std::string BUNDLE_CATEGORY;                      ///< "bundle.category"
+US_Framework_EXPORT extern const std::string BUNDLE_COPYRIGHT;                     ///< "bundle.copyright"
+US_Framework_EXPORT extern const std::string BUNDLE_DESCRIPTION;                   ///< "bundle.description"
+US_Framework_EXPORT extern const std::string BUNDLE_MANIFESTVERSION;               ///< "bundle.manifest_version"
+US_Framework_EXPORT extern const std::string BUNDLE_NAME;                          ///< "bundle.name"
+US_Framework_EXPORT extern const std::string BUNDLE_VENDOR;                        ///< "bundle.vendor"
+US_Framework_EXPORT extern const std::string BUNDLE_VERSION;                       ///< "bundle.version"
+US_Framework_EXPORT extern const std::string BUNDLE_DOCURL;                        ///< "bundle.doc_url"
+US_Framework_EXPORT extern const std::string BUNDLE_CONTACTADDRESS;                ///< "bundle.contact_address"
+US_Framework_EXPORT extern const std::string BUNDLE_SYMBOLICNAME;                  ///< "bundle.symbolic_name"
+US_Framework_EXPORT extern const std::string BUNDLE_LOCALIZATION;                  ///< "bundle.localization"
+US_Framework_EXPORT extern const std::string BUNDLE_LOCALIZATION_DEFAULT_BASENAME; ///< "US-INF/l10n/bundle"
+US_Framework_EXPORT extern const std::string BUNDLE_ACTIVATIONPOLICY;              ///< "bundle.activation_policy"
+US_Framework_EXPORT extern const std::string ACTIVATION_LAZY;                      ///< "lazy"
 
 // Framework properties; each begins with "org.cppmicroservices.".
 US_Framework_EXPORT extern const std::string FRAMEWORK_VERSION;                   ///< "…framework.version"
@@ -42,8 +42,9 @@ US_Framework_EXPORT extern const std::string FRAMEWORK_THREADING_MULTI;         
 US_Framework_EXPORT extern const std::string FRAMEWORK_LOG;                       ///< "…framework.log"
 US_Framework_EXPORT extern const std::string FRAMEWORK_UUID;                      ///< "…framework.uuid"
 US_Framework_EXPORT extern const std::string FRAMEWORK_WORKING_DIR;               ///< "…framework.working.dir"
-US_Framework_EXPORT extern const std::string FRAMEWORK_BUNDLE_VALIDATION_FUNC;    ///< "…framework.bundle.validation.function"
-US_Framework_EXPORT extern const std::string LIBRARY_LOAD_OPTIONS;                ///< "…library.load.options"
+US_Framework_EXPORT extern const std::string
+    FRAMEWORK_BUNDLE_VALIDATION_FUNC;                              ///< "…framework.bundle.validation.function"
+US_Framework_EXPORT extern const std::string LIBRARY_LOAD_OPTIONS; ///< "…library.load.options"
 
 // Service properties.
 US_Framework_EXPORT extern const std::string OBJECTCLASS;         ///< "objectclass"

@@ -61,11 +61,7 @@
     namespace std {                                                                                                    \
     template <>                                                                                                        \
     struct hash<type> {                                                                                                \
-        std::size_t operator()(const type& arg) const                                                                  \
-        {
-
-#define US_HASH_FUNCTION_END                                                                                           \
-    }                                                                                                                  \
+        std::size_t operator()(const type& arg) const { #define US_HASH_FUNCTION_END }                                 \
     }                                                                                                                  \
     ;                                                                                                                  \
     }

@@ -17,16 +17,13 @@ public:
     Depth()
     {
         if (current == deepestWritten) {
-            throw std::length_error("Any: the value is nested deeper than " + std::to_string(deepestWritten)
-                                    + " levels and cannot be written");
+            throw std::length_error("Any: the value is nested deeper than " + std::to_string(deepestWritten) +
+                                    " levels and cannot be written");
         }
         ++current;
     }
 
-    ~Depth()
-    {
-        --current;
-    }
+    ~Depth() { --current; }
 
     Depth(Depth const&) = delete;
     Depth& operator=(Depth const&) = delete;
@@ -108,9 +105,9 @@ namespace detail {
 
 void ThrowBadAnyCastException(std::string const& funcName, std::type_info const& source, std::type_info const& target)
 {
-    throw BadAnyCastException("cppmicroservices::BadAnyCastException: " + funcName
-                              + ": Failed to convert from cppmicroservices::Any type " + typeName(source)
-                              + " to target type " + typeName(target));
+    throw BadAnyCastException("cppmicroservices::BadAnyCastException: " + funcName +
+                              ": Failed to convert from cppmicroservices::Any type " + typeName(source) +
+                              " to target type " + typeName(target));
 }
 
 } // namespace detail

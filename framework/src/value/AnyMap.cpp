@@ -30,8 +30,8 @@ std::size_t any_map_cihash::operator()(std::string const& key) const
 
 bool any_map_ciequal::operator()(std::string const& l, std::string const& r) const
 {
-    return l.size() == r.size()
-           && std::equal(l.begin(), l.end(), r.begin(), [](char a, char b) { return folded(a) == folded(b); });
+    return l.size() == r.size() &&
+           std::equal(l.begin(), l.end(), r.begin(), [](char a, char b) { return folded(a) == folded(b); });
 }
 
 } // namespace detail

@@ -111,9 +111,8 @@ template <>
 std::ostream& any_value_to_string(std::ostream& os, AnyMap const& m)
 {
     os << '{';
-    detail::writeItems(os, m.begin(), m.end(), ", ", 0, 0, [&os](AnyMap::const_reference item) {
-        os << item.first << " : " << item.second.ToString();
-    });
+    detail::writeItems(os, m.begin(), m.end(), ", ", 0, 0,
+                       [&os](AnyMap::const_reference item) { os << item.first << " : " << item.second.ToString(); });
     return os << '}';
 }
 

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "ldap/Expression.h"
+
+#include <string>
+
+namespace cppmicroservices::ldap {
+
+/// Reads a filter.
+///
+/// @throws std::invalid_argument with the kind of fault and the text from the faulty place on.
+Expression parse(const std::string& text);
+
+} // namespace cppmicroservices::ldap
