@@ -25,10 +25,10 @@ enum class Archive {
     damaged,  ///< there is one, but it cannot be read; `damage` says why
 };
 
-/// One top folder of the archive that holds anything, that is one bundle.
+/// One top folder of the archive, that is one bundle; so is a folder that holds nothing.
 struct Folder {
     std::string name;                    ///< bytes as in the archive; the bundle's symbolic name
-    std::optional<std::string> manifest; ///< bytes of `<name>/manifest.json`; nothing when the folder has none
+    std::optional<std::string> manifest; ///< bytes of `<name>/manifest.json` (in any case); nothing when there is none
 };
 
 /// What one file holds.

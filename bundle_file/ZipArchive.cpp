@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <new>
+#include <strings.h>
 #include <utility>
 
 namespace ostrel::bundle_file {
@@ -15,7 +16,12 @@ namespace {
 
 constexpr std::size_t allManifestsLimit = 4 * manifestLimit;
 constexpr zip_int64_t entryLimit = 0xffff;
-constexpr std::string_view manifestName{"manifest.json"};
+
+/// The case of the file's name does not matter to the framework.
+bool isManifest(const std::string& name)
+{
+    return ::strcasecmp(name.c_str(), "manifest.json") == 0;
+}
 
 struct CloseArchive {
     void operator()(zip_t* archive) const { zip_discard(archive); }
@@ -106,14 +112,11 @@ void readFolders(std::string_view bytes, Contents& contents)
         const std::string name{rawName};
         const auto slash = name.find('/');
         if (slash == std::string::npos) {
-            contents.rootManifest = contents.rootManifest || name == manifestName;
+            contents.rootManifest = contents.rootManifest || isManifest(name);
             continue;
         }
-        if (slash + 1 == name.size()) {
-            continue; // the folder itself, which need not hold anything
-        }
         auto& manifest = folders[name.substr(0, slash)];
-        if (!manifest && std::string_view{name}.substr(slash + 1) == manifestName) {
+        if (!manifest && isManifest(name.substr(slash + 1))) {
             manifest =
                 readManifest(archive.get(), index, name, std::min(manifestLimit, allManifestsLimit - allManifests));
             allManifests += manifest->size();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <optional>
 #include <utility>
 
@@ -27,6 +28,21 @@ std::uint64_t number(std::string_view bytes, std::uint64_t offset, std::size_t w
 bool hasMark(std::string_view bytes, std::uint64_t offset, std::string_view mark)
 {
     return fits(bytes.size(), offset, mark.size()) && bytes.substr(offset, mark.size()) == mark;
+}
+
+/// The last place before `before` where the mark of an end record stands; npos if none.
+std::size_t lastEndMark(std::string_view bytes, std::size_t before)
+{
+    constexpr std::size_t window = 4096; // tools that check memory accesses check a whole searched range on each call
+    while (before != 0) {
+        const std::size_t from = before - std::min(before, window);
+        const void* found = ::memrchr(bytes.data() + from, endMark.front(), before - from);
+        before = found == nullptr ? from : static_cast<std::size_t>(static_cast<const char*>(found) - bytes.data());
+        if (found != nullptr && hasMark(bytes, before, endMark)) {
+            return before;
+        }
+    }
+    return std::string_view::npos;
 }
 
 struct EndRecord {
@@ -87,11 +103,11 @@ std::string faultOf(std::string_view bytes, const EndRecord& archive)
 /// The position of the end record that ends where `bytes` end, whether or not it makes sense.
 std::optional<std::uint64_t> endRecordAtEnd(std::string_view bytes)
 {
-    const std::size_t earliest = bytes.size() - std::min(bytes.size(), endRecordLimit);
-    for (std::size_t at = bytes.rfind(endMark); at != std::string_view::npos && at >= earliest;
-         at = at == 0 ? std::string_view::npos : bytes.rfind(endMark, at - 1)) {
+    const std::size_t skipped = bytes.size() - std::min(bytes.size(), endRecordLimit);
+    bytes.remove_prefix(skipped);
+    for (std::size_t at = lastEndMark(bytes, bytes.size()); at != std::string_view::npos; at = lastEndMark(bytes, at)) {
         if (fits(bytes.size(), at, endRecordSize) && at + endRecordSize + number(bytes, at + 20, 2) == bytes.size()) {
-            return at;
+            return skipped + at;
         }
     }
     return std::nullopt;
@@ -101,8 +117,8 @@ std::optional<std::uint64_t> endRecordAtEnd(std::string_view bytes)
 std::optional<EndRecord> lastArchive(std::string_view bytes)
 {
     int checks = 0;
-    for (std::size_t at = bytes.rfind(endMark); at != std::string_view::npos && at != 0 && checks < directoryChecks;
-         at = bytes.rfind(endMark, at - 1)) {
+    for (std::size_t at = lastEndMark(bytes, bytes.size()); at != std::string_view::npos && checks < directoryChecks;
+         at = lastEndMark(bytes, at)) {
         const auto archive = endRecordAt(bytes, at);
         if (archive && archive->entries != 0) {
             ++checks;
