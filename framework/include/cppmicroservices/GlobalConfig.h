@@ -52,6 +52,7 @@
 #define US_MSVC_DISABLE_WARNING(number)
 
 #define us_gcc_pragma_expand(x) _Pragma(#x)
+// clang-format off
 #define US_GCC_PUSH_DISABLE_WARNING(name)                                                                              \
     _Pragma("GCC diagnostic push") us_gcc_pragma_expand(GCC diagnostic ignored "-W" #name)
 #define US_GCC_POP_WARNING _Pragma("GCC diagnostic pop")
@@ -61,11 +62,16 @@
     namespace std {                                                                                                    \
     template <>                                                                                                        \
     struct hash<type> {                                                                                                \
-        std::size_t operator()(const type& arg) const { #define US_HASH_FUNCTION_END }                                 \
+        std::size_t operator()(const type& arg) const                                                                  \
+        {
+
+#define US_HASH_FUNCTION_END                                                                                           \
+    }                                                                                                                  \
     }                                                                                                                  \
     ;                                                                                                                  \
     }
 
+// clang-format on
 #define US_STR_(x) #x
 #define US_STR(x) US_STR_(x)
 #define US_CONCAT_(x, y) x##y
