@@ -20,19 +20,11 @@ using cppmicroservices::Any;
 using cppmicroservices::Bundle;
 using cppmicroservices::Framework;
 
-Framework startedFramework()
+Framework newFramework()
 {
     // With RTLD_NOW a bundle that lacks a symbol fails to start, instead of ending the process at some later call.
-    Framework framework = cppmicroservices::FrameworkFactory().NewFramework(cppmicroservices::FrameworkConfiguration{
+    return cppmicroservices::FrameworkFactory().NewFramework(cppmicroservices::FrameworkConfiguration{
         {"org.cppmicroservices.library.load.options", Any{static_cast<int>(RTLD_NOW)}}});
-    try {
-        framework.Start();
-    } catch (const std::exception& error) {
-        throw Problem{ExitStatus::framework,
-                      {"cannot start the plug-in framework", "this process", error.what(),
-                       "check that the installed framework is complete"}};
-    }
-    return framework;
 }
 
 void checkComponentName(const Bundle& bundle)
@@ -47,25 +39,55 @@ void checkComponentName(const Bundle& bundle)
 
 } // namespace
 
-FrameworkHost::FrameworkHost(Framework framework, std::string shownAs)
-    : m_framework(std::move(framework)), m_directory(std::move(shownAs))
+RunningFramework::RunningFramework() : m_framework(newFramework())
 {
+    try {
+        m_framework.Start();
+    } catch (const std::exception& error) {
+        throw Problem{ExitStatus::framework,
+                      {"cannot start the plug-in framework", "this process", error.what(),
+                       "check that the installed framework is complete"}};
+    }
+}
+
+RunningFramework::~RunningFramework()
+{
+    try {
+        stop();
+    } catch (const std::exception&) {
+        // On the way out of an error that says more. Without one, stop() was called before.
+    }
+}
+
+void RunningFramework::stop()
+{
+    m_framework.Stop();
+    const auto event = m_framework.WaitForStop(std::chrono::milliseconds::zero());
+    if (event.GetType() != cppmicroservices::FrameworkEvent::FRAMEWORK_STOPPED) {
+        throw Problem{ExitStatus::framework,
+                      {"the plug-in framework did not stop", "this process", event.GetMessage(),
+                       "check what the bundles do when they stop"}};
+    }
 }
 
 FrameworkHost FrameworkHost::installing(const ostrel::platform::Utf16Path& directory, const std::string& shownAs)
 {
-    FrameworkHost host{startedFramework(), shownAs};
+    return FrameworkHost{directory, shownAs};
+}
+
+FrameworkHost::FrameworkHost(const ostrel::platform::Utf16Path& directory, std::string shownAs)
+    : m_directory(std::move(shownAs))
+{
     try {
-        host.m_bundles = ostrel::platform::installBundles(host.context(), directory);
+        m_bundles = ostrel::platform::installBundles(context(), directory);
     } catch (const std::exception& error) {
         throw Problem{ExitStatus::bundle,
-                      {"cannot install the bundles", shownAs, error.what(),
+                      {"cannot install the bundles", m_directory, error.what(),
                        "build the bundle again, or take the file out of the directory"}};
     }
-    for (const Bundle& bundle : host.m_bundles) {
+    for (const Bundle& bundle : m_bundles) {
         checkComponentName(bundle);
     }
-    return host;
 }
 
 std::string FrameworkHost::culprit(const std::string& message) const
@@ -78,17 +100,6 @@ std::string FrameworkHost::culprit(const std::string& message) const
         }
     }
     return found.empty() ? m_directory : found;
-}
-
-void FrameworkHost::stop()
-{
-    m_framework.Stop();
-    const auto event = m_framework.WaitForStop(std::chrono::milliseconds::zero());
-    if (event.GetType() != cppmicroservices::FrameworkEvent::FRAMEWORK_STOPPED) {
-        throw Problem{ExitStatus::framework,
-                      {"the plug-in framework did not stop", "this process", event.GetMessage(),
-                       "check what the bundles do when they stop"}};
-    }
 }
 
 } // namespace ostrel::host

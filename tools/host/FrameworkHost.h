@@ -12,6 +12,26 @@
 
 namespace ostrel::host {
 
+/// A framework that runs while this lives.
+class RunningFramework {
+public:
+    /// @throws Problem (framework) if it does not start
+    RunningFramework();
+    RunningFramework(const RunningFramework&) = delete;
+    RunningFramework& operator=(const RunningFramework&) = delete;
+    /// Stops it, whatever it says to that.
+    ~RunningFramework();
+
+    cppmicroservices::BundleContext context() const { return m_framework.GetBundleContext(); }
+
+    /// Waits until the framework has stopped.
+    /// @throws Problem (framework) if it does not stop
+    void stop();
+
+private:
+    cppmicroservices::Framework m_framework;
+};
+
 /// A running framework with the bundles of one directory installed, none of them started.
 class FrameworkHost {
 public:
@@ -19,21 +39,19 @@ public:
     ///         bundle has no component name, without which the container cannot record it
     static FrameworkHost installing(const ostrel::platform::Utf16Path& directory, const std::string& shownAs);
 
-    cppmicroservices::BundleContext context() const { return m_framework.GetBundleContext(); }
+    cppmicroservices::BundleContext context() const { return m_framework.context(); }
     const std::vector<cppmicroservices::Bundle>& bundles() const { return m_bundles; }
 
     /// The file of the bundle that a framework error is about, else the directory.
     std::string culprit(const std::string& message) const;
 
-    /// Waits until the framework has stopped.
-    /// @throws Problem (framework) if it does not stop
-    void stop();
+    /// @throws Problem (framework) if the framework does not stop
+    void stop() { m_framework.stop(); }
 
 private:
-    FrameworkHost(cppmicroservices::Framework framework, std::string shownAs);
+    FrameworkHost(const ostrel::platform::Utf16Path& directory, std::string shownAs);
 
-    // The last handle to a framework that still runs stops it.
-    cppmicroservices::Framework m_framework;
+    RunningFramework m_framework;
     std::string m_directory;
     std::vector<cppmicroservices::Bundle> m_bundles;
 };
