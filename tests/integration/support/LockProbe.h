@@ -1,0 +1,39 @@
+#pragma once
+
+#include "container/MicroServicesContainer.h"
+#include "support/Threads.h"
+
+#include <memory>
+#include <vector>
+
+namespace ostrel::test {
+
+/// Looks from another thread whether a container's mutex can be had, also while the asking thread holds it itself.
+///
+/// A look that finds the mutex held leaves a thread waiting for it, which the destructor sees out; so a probe must go
+/// after the operation that it looks at has returned, and before the container.
+class LockProbe {
+public:
+    explicit LockProbe(const ostrel::us_container::MicroServicesContainer& container) : m_container(container) {}
+
+    void look()
+    {
+        m_threads.push_back(
+            std::make_unique<OtherThread>([&container = m_container] { container.listManuallyLoadedBundles(); }));
+        m_found.push_back(m_threads.back()->finishesWithin(glance) ? Found::free : Found::held);
+    }
+
+    enum class Found { free, held };
+    /// What each look found, in order.
+    const std::vector<Found>& found() const { return m_found; }
+
+    static constexpr Found free = Found::free;
+    static constexpr Found held = Found::held;
+
+private:
+    const ostrel::us_container::MicroServicesContainer& m_container;
+    std::vector<std::unique_ptr<OtherThread>> m_threads;
+    std::vector<Found> m_found;
+};
+
+} // namespace ostrel::test
