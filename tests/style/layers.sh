@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# layers.sh ROOT: every #include of the folders below must be one that the folder's layer allows.
+set -euo pipefail
+cd -- "$1"
+
+# Headers of the standard library have neither a directory nor a suffix; those of C and POSIX are named.
+std='<[a-z_]+>'
+posix='<(cassert|dlfcn|elf|errno|fcntl|link|limits|pthread|sched|signal|stdlib|string|strings|time|unistd|cxxabi)\.h>|<sys/[a-z]+\.h>'
+framework_api='[<"]cppmicroservices/[A-Za-z/]+\.h[>"]'
+boost_log='<boost/log/[a-z_/]+\.hpp>'
+wrong=0
+
+# check DIRECTORY ALLOWED OWN...: OWN are directories in which a header named in quotes may lie.
+check() {
+    local directory=$1 allowed=$2 file include name own found
+    shift 2
+    [[ -d "$directory" ]] || return 0
+    while IFS= read -r -d '' file; do
+        while IFS= read -r include; do
+            [[ "$include" =~ ^($allowed)$ ]] && continue
+            found=0
+            if [[ "$include" == \"* ]]; then
+                name=${include//\"/}
+                for own in "$(dirname "$file")" "$@"; do
+                    if [[ -f "$own/$name" ]]; then found=1; fi
+                done
+            fi
+            if [[ $found == 0 ]]; then
+                echo "$file includes $include, which its layer does not allow"
+                wrong=1
+            fi
+        done < <(sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*(<[^>]*>|"[^"]*").*/\1/p' "$file")
+    done < <(find "$directory" -type f \( -name '*.h' -o -name '*.cpp' \) -print0)
+}
+
+public_platform='"platform/(Utf16Path|DiagnosticLogger|InstallBundles|Export)\.h"'
+check include/container "$std|$framework_api|$public_platform|\"container/[A-Za-z]+\.h\""
+check src/container "$std|$framework_api|$boost_log|\"(container|platform)/[A-Za-z0-9]+\.h\""
+check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|<rapidjson/[a-z/]+\.h>|\"(platform|bundle_file)/[A-Za-z0-9]+\.h\""
+check bundle_file "$std|$posix|<zip\.h>|\"bundle_file/[A-Za-z0-9]+\.h\""
+check framework/include "$std|$framework_api"
+check framework/src "$std|$posix|$framework_api|<rapidjson/[a-z/]+\.h>|\"bundle_file/[A-Za-z0-9]+\.h\"" framework/src
+check framework/tools "$std|$posix|<zip\.h>|<rapidjson/[a-z/]+\.h>|\"bundle_file/[A-Za-z0-9]+\.h\""
+installed="[<\"](container|platform)/(MicroServicesContainer|DiagnosticLog|Utf16Path|DiagnosticLogger|InstallBundles)\.h[>\"]"
+boost_for_hosts="$boost_log|<boost/((core|smart_ptr)/[a-z_]+|make_shared|shared_ptr)\.hpp>"
+check tools "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>" tools/host
+check examples "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>|<text/[A-Za-z]+\.h>"
+# The contract tests run on a bare framework.
+check tests/contract "$std|$posix|$framework_api|<(gtest|gmock)/[a-z]+\.h>|\"support/[A-Za-z0-9]+\.h\"" tests/contract tests
+
+# Standard output belongs to the reports.
+writers=$(grep -rnE '<iostream>|std::(cout|puts|printf)' src/container src/platform include 2>/dev/null |
+    grep -v '^src/container/Reports.cpp:' || true)
+if [[ -n "$writers" ]]; then
+    echo "standard output is used outside of Reports.cpp:"
+    echo "$writers"
+    wrong=1
+fi
+exit $wrong

@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# layers_test.sh SCRATCH: layers.sh must refuse each of these lines, and only these.
+set -euo pipefail
+here=$(cd -- "$(dirname -- "$0")" && pwd)
+tree=$1/layers_tree
+status=0
+
+# expect yes|no FILE LINE
+expect() {
+    local wanted=$1 file=$2 line=$3 answer=yes
+    rm -rf "$tree"
+    mkdir -p "$tree/$(dirname "$file")"
+    printf '%s\n' "$line" >"$tree/$file"
+    bash "$here/layers.sh" "$tree" >/dev/null || answer=no
+    if [[ "$answer" != "$wanted" ]]; then
+        echo "$file with '$line': allowed should be $wanted and is $answer"
+        status=1
+    fi
+}
+
+expect no include/container/A.h '#include <boost/log/core.hpp>'
+expect no include/container/A.h '#include "container/../../src/container/Record.h"'
+expect no src/container/A.cpp '#include "../framework/src/bundle/Registry.h"'
+expect no src/container/A.cpp '    std::cout << 1;'
+expect no src/platform/A.cpp '#include "container/MicroServicesContainer.h"'
+expect no src/platform/A.cpp '#include <boost/locale.hpp>'
+expect no framework/src/A.cpp '#include <boost/log/core.hpp>'
+expect no framework/src/A.cpp '#include "platform/Utf16Path.h"'
+expect no framework/include/cppmicroservices/A.h '#include <rapidjson/document.h>'
+expect no bundle_file/A.cpp '#include <rapidjson/document.h>'
+expect no tools/host/A.cpp '#include "container/Record.h"'
+expect no examples/A.cpp '#include "bundle_file/Elf.h"'
+expect no tests/contract/A.cpp '#include "container/MicroServicesContainer.h"'
+expect yes include/container/A.h '#include <vector>'
+expect yes src/platform/A.cpp '#include <boost/locale/encoding_utf.hpp>'
+expect yes framework/src/A.cpp '#include <rapidjson/document.h>'
+expect yes bundle_file/A.cpp '#include <zip.h>'
+expect yes tools/host/A.cpp '#include <CLI/CLI.hpp>'
+exit $status
