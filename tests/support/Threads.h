@@ -46,7 +46,7 @@ private:
     std::shared_ptr<Latch> m_finished;
 };
 
-/// Whether another thread gets the container's mutex.
+/// Whether another thread gets the container's mutex; waits a few seconds before it says no.
 bool lockIsFree(const ostrel::us_container::MicroServicesContainer& container);
 
 } // namespace ostrel::test
