@@ -214,7 +214,16 @@ macro(_ostrel_embed_manifests_by_installed_framework)
       "-DCMAKE_PREFIX_PATH=<prefix>.")
   endif()
   if(NOT US_RESOURCE_LINKING_AVAILABLE)
-    _ostrel_bundle_error("CppMicroServices says that this linker cannot link resources, which bundles need here.")
+    # CMake takes lld for clang where it is installed, which cannot wrap a bare file in an object as it is asked to. The
+    # linker of binutils does that part then; the library itself is linked as the project wishes.
+    find_program(OSTREL_BINARY_WRAPPER NAMES ld.bfd ld DOC "The linker of binutils, which wraps manifests in objects")
+    mark_as_advanced(OSTREL_BINARY_WRAPPER)
+    if(NOT OSTREL_BINARY_WRAPPER)
+      _ostrel_bundle_error("the linker '${CMAKE_LINKER}' cannot wrap the manifest in an object, and that of binutils "
+        "was not found. On Debian: apt-get install binutils")
+    endif()
+    set(CMAKE_LINKER "${OSTREL_BINARY_WRAPPER}")
+    set(US_RESOURCE_LINKING_AVAILABLE 1)
   endif()
   # Its functions write below <binary directory>/<target>, where a bundle with that file name may have to go.
   set(CMAKE_CURRENT_BINARY_DIR "${work_dir}")
