@@ -15,5 +15,5 @@ function(ostrel_add_test target)
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest_main ostrel_warnings)
   # A test that hangs is ended, and the slowest machine may take its time to list the tests.
-  gtest_discover_tests(${target} DISCOVERY_TIMEOUT 120 PROPERTIES LABELS "${arg_LABEL}" TIMEOUT 120)
+  gtest_discover_tests(${target} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 120 PROPERTIES LABELS "${arg_LABEL}" TIMEOUT 120)
 endfunction()
