@@ -1,0 +1,4 @@
+extern "C" int unitNeeded()
+{
+    return 1;
+}

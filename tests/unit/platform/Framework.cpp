@@ -1,0 +1,4 @@
+extern "C" int unitFramework()
+{
+    return 1;
+}

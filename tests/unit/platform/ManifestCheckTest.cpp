@@ -1,0 +1,46 @@
+#include "platform/ManifestCheck.h"
+
+#include <gmock/gmock.h>
+
+using namespace ostrel::platform;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+TEST(ManifestCheck, GivenObject_WhenChecked_ThenThereIsNoFault)
+{
+    EXPECT_THAT(checkManifest(R"({"a": [1, {"b": null}], "c": "d"})").fault, IsEmpty());
+}
+
+TEST(ManifestCheck, GivenNoJson_WhenChecked_ThenTheFaultTellsTheOffset)
+{
+    EXPECT_THAT(checkManifest(R"({"a": 1,})").fault, HasSubstr("at offset 8"));
+    EXPECT_THAT(checkManifest("").fault, Not(IsEmpty()));
+    EXPECT_THAT(checkManifest("{} x").fault, Not(IsEmpty()));
+    EXPECT_THAT(checkManifest("{} // x").fault, Not(IsEmpty()));
+}
+
+TEST(ManifestCheck, GivenOtherThanObject_WhenChecked_ThenTheFaultSaysSo)
+{
+    EXPECT_EQ(checkManifest("[]").fault, "it is no JSON object");
+    EXPECT_EQ(checkManifest("1").fault, "it is no JSON object");
+    EXPECT_EQ(checkManifest("\"a\"").fault, "it is no JSON object");
+}
+
+TEST(ManifestCheck, GivenEndlessNesting_WhenChecked_ThenItIsRefused)
+{
+    EXPECT_THAT(checkManifest("{\"a\":" + std::string(1000000, '[')).fault, HasSubstr("nested deeper than 256"));
+}
+
+TEST(ManifestCheck, GivenVersion_WhenChecked_ThenItIsPrintedAsFrameworksDo)
+{
+    EXPECT_EQ(checkManifest("{}").version, "0.0.0");
+    EXPECT_EQ(checkManifest(R"({"bundle.version": "1.2"})").version, "1.2.0");
+    EXPECT_EQ(checkManifest(R"({"Bundle.Version": "2", "bundle.version": "3"})").version, "2.0.0");
+    EXPECT_EQ(checkManifest(R"({"a": {"bundle.version": "4"}})").version, "0.0.0");
+    EXPECT_EQ(checkManifest(R"({"bundle.version": "x"})").version, "");
+}
+
+} // namespace

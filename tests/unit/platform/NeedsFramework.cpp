@@ -1,0 +1,6 @@
+extern "C" int unitFramework();
+
+extern "C" int unitNeedsFramework()
+{
+    return unitFramework();
+}
