@@ -23,14 +23,15 @@ public:
     BundleVersion(unsigned int majorVersion, unsigned int minorVersion, unsigned int microVersion,
                   std::string qualifier);
 
-    /// Reads `version`; blanks around it do not count, an empty one makes an undefined version.
+    /// Reads `version`; an empty one makes an undefined version. Each number may have white space in front of it and
+    /// other characters behind it; a part that is no number counts as 0, except for the last one.
     ///
     /// @throws std::invalid_argument "invalid format", or as above for the qualifier.
     BundleVersion(std::string const& version);
 
     BundleVersion(BundleVersion const& version);
 
-    /// As the constructor from a string, but an empty or blank `version` gives EmptyVersion().
+    /// As the constructor from a string, but without the blanks around `version`; if nothing remains: EmptyVersion().
     static BundleVersion ParseVersion(std::string const& version);
 
     bool IsUndefined() const;

@@ -6,14 +6,12 @@
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
-#include <string_view>
 #include <vector>
 
 namespace cppmicroservices {
 
 namespace {
 
-constexpr std::string_view blanks = " \t\n\v\f\r";
 constexpr std::size_t numberCount = 3;
 
 /// The parts between the dots; a dot at the very end begins no further part.
@@ -60,11 +58,11 @@ BundleVersion BundleVersion::UndefinedVersion()
 
 BundleVersion BundleVersion::ParseVersion(std::string const& version)
 {
-    const auto first = version.find_first_not_of(blanks);
+    const auto first = version.find_first_not_of(' ');
     if (first == std::string::npos) {
         return EmptyVersion();
     }
-    return BundleVersion(version.substr(first, version.find_last_not_of(blanks) - first + 1));
+    return BundleVersion(version.substr(first, version.find_last_not_of(' ') - first + 1));
 }
 
 BundleVersion::BundleVersion(bool undefined) : m_undefined(undefined) {}
