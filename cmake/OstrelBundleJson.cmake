@@ -3,11 +3,12 @@
 # CMake's own string(JSON) is of little help: it lets comments, trailing commas and text after the root pass, and hides
 # duplicate keys. So the text is walked here, token by token, which also gives every finding its line and its key.
 #
-# The macros and functions work on the variables of ostrel_check_bundle_manifest(): `manifest`, the file; the two lists of
-# findings; and what the walk leaves behind: for a value at the folded path P, `kind_of_P` (object, array, string, integer,
-# number, bool; dropped values have none), `text_of_P`, `size_of_P`, `line_of_P` and `shown_of_P`. Keys of a path are
-# joined by the character `sep`, which no key can hold; they are in lower case, since the framework's maps do not tell
-# the case of keys. A macro's arguments are evaluated a second time, so no text of the manifest is passed to a macro.
+# The macros and functions work on the variables of ostrel_check_bundle_manifest(): `manifest`, the file; the two lists
+# of findings; and what the walk leaves behind: for a value at the folded path P, `kind_of_P` (object, array, string,
+# integer, number, bool; dropped values have none), `text_of_P`, `size_of_P`, `line_of_P` and `shown_of_P`. Keys of a
+# path are joined by the character `sep`, which no key can hold; they are in lower case, since the framework's maps do
+# not tell the case of keys. A macro's arguments are evaluated a second time, so no text of the manifest is passed to a
+# macro.
 cmake_policy(PUSH)
 cmake_policy(VERSION 3.25)
 
@@ -237,7 +238,8 @@ macro(_ostrel_walk_manifest)
     elseif(token MATCHES "^(integer|number)$")
       _ostrel_number_overflows("${raw}" overflows)
       if(overflows)
-        _ostrel_error_at(${line} "invalid JSON: after the key \"${shown}\", the number ${raw} is too big for any reader")
+        _ostrel_error_at(${line}
+          "invalid JSON: after the key \"${shown}\", the number ${raw} is too big for any reader")
         break()
       endif()
     endif()

@@ -65,7 +65,8 @@ macro(_ostrel_check_manifest_filters)
   set(at "${sep}zq${sep}ostrelfilters")
   if(DEFINED "kind_of_${sep}zq.ostrelfilters")
     _ostrel_warning_at("${line_of_${sep}zq.ostrelfilters}"
-      "key \"${shown_of_${sep}zq.ostrelfilters}\" is never found; write it as nested objects, {\"zq\": {\"ostrelFilters\": ...}}")
+      "key \"${shown_of_${sep}zq.ostrelfilters}\" is never found; write it as nested objects, \
+{\"zq\": {\"ostrelFilters\": ...}}")
   endif()
   if(DEFINED "kind_of_${at}" AND NOT "${kind_of_${at}}" STREQUAL "array")
     _ostrel_warning_at("${line_of_${at}}"
