@@ -1,0 +1,157 @@
+#pragma once
+
+#include "cppmicroservices/AnyMap.h"
+#include "cppmicroservices/GlobalConfig.h"
+#include "cppmicroservices/ServiceInterface.h"
+#include "cppmicroservices/ServiceRegistration.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace cppmicroservices {
+
+class Bundle;
+class BundleContextPrivate;
+class ServiceFactory;
+
+namespace core {
+class HandleAccess;
+} // namespace core
+
+/// What a bundle does with the framework while it runs.
+///
+/// A context is valid from the start of its bundle to the end of its stop; a bundle that is started again gets a new
+/// one. Every member but the constructor, the comparisons and `bool` throws std::runtime_error "The bundle context is
+/// no longer valid" on an invalid context. All members may be called from any thread.
+class US_Framework_EXPORT BundleContext {
+public:
+    /// An invalid context.
+    BundleContext();
+
+    bool operator==(BundleContext const& rhs) const;
+    bool operator!=(BundleContext const& rhs) const;
+    bool operator<(BundleContext const& rhs) const;
+    explicit operator bool() const;
+    BundleContext& operator=(std::nullptr_t);
+
+    /// The framework's property `key` (its case matters), an empty Any when there is none.
+    Any GetProperty(std::string const& key) const;
+    AnyMap GetProperties() const;
+
+    /// The context's own bundle.
+    Bundle GetBundle() const;
+
+    /// The bundle with that id, or a handle on none.
+    Bundle GetBundle(long id) const;
+
+    /// The bundles installed from exactly this location.
+    std::vector<Bundle> GetBundles(std::string const& location) const;
+
+    /// All installed bundles by location in byte order, those of one location in order of installation.
+    std::vector<Bundle> GetBundles() const;
+
+    /// Registers a service.
+    ///
+    /// @throws std::invalid_argument for an empty map, an empty name or a null object in it, or a "service.ranking"
+    ///         that is no int
+    /// @throws std::runtime_error when two property names differ by case only
+    /// @throws BadAnyCastException when a given "service.id" or "objectclass" has another type than the framework's
+    /// @cost   O(log n) in the number of services
+    [[nodiscard]] ServiceRegistrationU RegisterService(InterfaceMapConstPtr const& service,
+                                                       ServiceProperties const& properties = ServiceProperties());
+
+    template <class I1, class... Interfaces, class Impl>
+    ServiceRegistration<I1, Interfaces...> RegisterService(std::shared_ptr<Impl> const& impl,
+                                                           ServiceProperties const& properties = ServiceProperties())
+    {
+        InterfaceMapConstPtr const interfaces = MakeInterfaceMap<I1, Interfaces...>(impl);
+        return RegisterService(interfaces, properties);
+    }
+
+    template <class I1, class... Interfaces>
+    ServiceRegistration<I1, Interfaces...> RegisterService(std::shared_ptr<ServiceFactory> const& factory,
+                                                           ServiceProperties const& properties = ServiceProperties())
+    {
+        InterfaceMapConstPtr const interfaces = MakeInterfaceMap<I1, Interfaces...>(factory);
+        return RegisterService(interfaces, properties);
+    }
+
+    /// The services of a class, best first: by falling ranking, then by rising id. With an empty class all services, in
+    /// order of registration. An LDAP filter may narrow the result down.
+    ///
+    /// @throws std::invalid_argument for a malformed filter, unless there is no service of the class
+    /// @cost   linear in the number of services of the class; constant for "(service.id=N)"
+    std::vector<ServiceReferenceU> GetServiceReferences(std::string const& clazz,
+                                                        std::string const& filter = std::string());
+
+    template <class S>
+    std::vector<ServiceReference<S>> GetServiceReferences(std::string const& filter = std::string())
+    {
+        std::vector<ServiceReferenceU> const untyped = GetServiceReferences(interfaceId<S>(), filter);
+        return std::vector<ServiceReference<S>>(untyped.begin(), untyped.end());
+    }
+
+    /// The best service of a class, or an invalid reference. With an empty class the first one registered.
+    ///
+    /// @cost constant
+    ServiceReferenceU GetServiceReference(std::string const& clazz);
+
+    template <class S>
+    ServiceReference<S> GetServiceReference()
+    {
+        return ServiceReference<S>(GetServiceReference(interfaceId<S>()));
+    }
+
+    /// The object of a service. The context's bundle uses the service until the last copy of the pointer is gone; each
+    /// call is a use of its own. Null when a service factory does not deliver.
+    ///
+    /// @throws std::invalid_argument when the reference is invalid
+    /// @throws whatever a service factory throws that is no std::exception
+    /// @locks  none while a service factory runs
+    std::shared_ptr<void> GetService(ServiceReferenceBase const& reference);
+
+    /// As above: all interfaces of the service.
+    InterfaceMapConstPtr GetService(ServiceReferenceU const& reference);
+
+    template <class S>
+    std::shared_ptr<S> GetService(ServiceReference<S> const& reference)
+    {
+        ServiceReferenceBase const& base = reference;
+        return std::static_pointer_cast<S>(GetService(base));
+    }
+
+    /// The path of a file of that name in the bundle's own folder below the framework's storage; "" for the framework
+    /// itself. Makes no file and no folder.
+    std::string GetDataFile(std::string const& filename) const;
+
+    /// Installs the bundles in the file at `location`; those of a location that are installed already are returned as
+    /// they are. With `bundleManifest`, its keys name the bundles and its values are their manifests, and the manifests
+    /// in the file are not read.
+    ///
+    /// @throws std::runtime_error that names the location and the reason; no bundle is installed then
+    std::vector<Bundle>
+    InstallBundles(std::string const& location,
+                   AnyMap const& bundleManifest = AnyMap(any_map::UNORDERED_MAP_CASEINSENSITIVE_KEYS));
+
+private:
+    friend class core::HandleAccess;
+
+    explicit BundleContext(std::shared_ptr<BundleContextPrivate> ctx);
+
+    template <class S>
+    static std::string const& interfaceId()
+    {
+        std::string const& id = us_service_interface_iid<S>();
+        if (id.empty()) {
+            throw ServiceException("The service interface class has no name; "
+                                   "give it one with CPPMICROSERVICES_DECLARE_SERVICE_INTERFACE");
+        }
+        return id;
+    }
+
+    std::shared_ptr<BundleContextPrivate> m_context;
+};
+
+} // namespace cppmicroservices

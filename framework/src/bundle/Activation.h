@@ -1,0 +1,56 @@
+#pragma once
+
+#include "library/ActivatorSymbols.h"
+#include "library/SharedLibrary.h"
+
+#include <memory>
+#include <string>
+
+namespace cppmicroservices {
+
+class BundleContextPrivate;
+struct BundleActivator;
+
+namespace core {
+
+class BundleRecord;
+
+/// A bundle's library and its activator object. Runs foreign code; only for the holder of the bundle's lifecycle lock.
+class Activation {
+public:
+    /// Loads the library unless that was done before.
+    ///
+    /// @throws SharedLibraryException with the dynamic loader's message
+    /// @throws std::runtime_error when the library was built for the other framework
+    void load(BundleRecord const& bundle, int options, std::shared_ptr<BundleRecord> const& origin);
+
+    /// Sets the library's context slot, makes the activator and runs its Start.
+    ///
+    /// @throws std::runtime_error when the library has no activator for the bundle
+    /// @throws whatever the activator throws
+    void start(BundleRecord const& bundle, std::shared_ptr<BundleContextPrivate> const& context);
+
+    /// Runs the activator's Stop, if there is one.
+    ///
+    /// @throws whatever the activator throws
+    void stop(std::shared_ptr<BundleContextPrivate> const& context);
+
+    /// Destroys the activator, then empties the context slot.
+    void destroy();
+
+    /// After a failed start: empties the slot and puts the activator aside. It lives until the next start or the
+    /// framework's stop, as other objects that it made may still point to it.
+    void putAside();
+
+    void destroyPutAside();
+
+private:
+    SharedLibrary m_library;
+    ActivatorSymbols m_symbols;
+    BundleActivator* m_activator = nullptr;
+    BundleActivator* m_putAside = nullptr;
+};
+
+} // namespace core
+
+} // namespace cppmicroservices

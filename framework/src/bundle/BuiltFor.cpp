@@ -1,0 +1,30 @@
+#include "bundle/BuiltFor.h"
+
+#include "bundle_file/BundleFile.h"
+
+#include <stdexcept>
+#include <system_error>
+
+namespace cppmicroservices::core {
+
+std::vector<std::string> neededBy(std::string const& location)
+{
+    try {
+        return ostrel::bundle_file::read(location).needed;
+    } catch (std::system_error const&) {
+        return {}; // who opens the file next reports it
+    }
+}
+
+void refuseForeignLibrary(std::string const& location, std::vector<std::string> const& needed)
+{
+    for (auto const& name : needed) {
+        if (name.rfind("libCppMicroServices.so", 0) == 0) {
+            throw std::runtime_error("Failed to install bundle library at " + location +
+                                     ": it was built for an installed CppMicroServices (it needs " + name +
+                                     "), not for the embedded framework; build the bundle again against this one.");
+        }
+    }
+}
+
+} // namespace cppmicroservices::core

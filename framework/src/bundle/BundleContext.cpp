@@ -1,0 +1,195 @@
+#include "cppmicroservices/BundleContext.h"
+
+#include "bundle/BundleContextPrivate.h"
+#include "bundle/BundleRecord.h"
+#include "framework/FrameworkCore.h"
+#include "framework/HandleAccess.h"
+#include "service/ServiceRegistry.h"
+
+#include "cppmicroservices/Bundle.h"
+#include "cppmicroservices/Constants.h"
+
+#include <functional>
+#include <stdexcept>
+#include <utility>
+
+namespace cppmicroservices {
+
+namespace {
+
+using core::HandleAccess;
+
+/// What a valid context stands for, kept alive for the duration of a call.
+struct Access {
+    std::shared_ptr<BundleContextPrivate> context;
+    std::shared_ptr<core::BundleRecord> bundle;
+    std::shared_ptr<core::FrameworkCore> core;
+
+    core::ServiceRegistry& services() const { return *context->services(); }
+};
+
+/// @throws std::runtime_error for an invalid context
+Access access(std::shared_ptr<BundleContextPrivate> const& context)
+{
+    if (context && context->isValid()) {
+        Access result{context, context->bundle(), context->core()};
+        if (result.bundle && result.core) {
+            return result;
+        }
+    }
+    throw std::runtime_error("The bundle context is no longer valid");
+}
+
+std::vector<Bundle> toHandles(core::BundleRegistry::Records records)
+{
+    std::vector<Bundle> handles;
+    handles.reserve(records.size());
+    for (auto& record : records) {
+        handles.push_back(HandleAccess::bundle(std::move(record)));
+    }
+    return handles;
+}
+
+core::ServiceRegistry::Reference const& requireService(ServiceReferenceBase const& reference)
+{
+    auto const& data = HandleAccess::data(reference);
+    if (!data) {
+        throw std::invalid_argument("Default constructed ServiceReference is not a valid input to GetService()");
+    }
+    return data;
+}
+
+} // namespace
+
+BundleContext::BundleContext() = default;
+
+BundleContext::BundleContext(std::shared_ptr<BundleContextPrivate> ctx) : m_context(std::move(ctx)) {}
+
+bool BundleContext::operator==(BundleContext const& rhs) const
+{
+    return m_context == rhs.m_context;
+}
+
+bool BundleContext::operator!=(BundleContext const& rhs) const
+{
+    return !(*this == rhs);
+}
+
+bool BundleContext::operator<(BundleContext const& rhs) const
+{
+    return std::less<BundleContextPrivate const*>()(m_context.get(), rhs.m_context.get());
+}
+
+BundleContext::operator bool() const
+{
+    return m_context && m_context->isValid();
+}
+
+BundleContext& BundleContext::operator=(std::nullptr_t)
+{
+    m_context.reset();
+    return *this;
+}
+
+Any BundleContext::GetProperty(std::string const& key) const
+{
+    auto const framework = access(m_context).core;
+    auto const found = framework->properties().find(key);
+    return found != framework->properties().cend() ? found->second : Any();
+}
+
+AnyMap BundleContext::GetProperties() const
+{
+    return access(m_context).core->properties();
+}
+
+Bundle BundleContext::GetBundle() const
+{
+    return HandleAccess::bundle(access(m_context).bundle);
+}
+
+Bundle BundleContext::GetBundle(long id) const
+{
+    return HandleAccess::bundle(access(m_context).core->bundles().withId(id));
+}
+
+std::vector<Bundle> BundleContext::GetBundles(std::string const& location) const
+{
+    return toHandles(access(m_context).core->bundles().at(location));
+}
+
+std::vector<Bundle> BundleContext::GetBundles() const
+{
+    return toHandles(access(m_context).core->bundles().all());
+}
+
+ServiceRegistrationU BundleContext::RegisterService(InterfaceMapConstPtr const& service,
+                                                    ServiceProperties const& properties)
+{
+    auto const own = access(m_context);
+    return HandleAccess::registration(own.services().add(*own.context, service, properties));
+}
+
+std::vector<ServiceReferenceU> BundleContext::GetServiceReferences(std::string const& clazz, std::string const& filter)
+{
+    auto const own = access(m_context);
+    std::vector<ServiceReferenceU> result;
+    auto references = own.services().find(clazz, filter);
+    result.reserve(references.size());
+    for (auto& reference : references) {
+        result.push_back(HandleAccess::reference(std::move(reference)));
+    }
+    return result;
+}
+
+ServiceReferenceU BundleContext::GetServiceReference(std::string const& clazz)
+{
+    return HandleAccess::reference(access(m_context).services().best(clazz));
+}
+
+std::shared_ptr<void> BundleContext::GetService(ServiceReferenceBase const& reference)
+{
+    auto const own = access(m_context);
+    auto const data = requireService(reference);
+    return data->record->registry().object(data, *own.context);
+}
+
+InterfaceMapConstPtr BundleContext::GetService(ServiceReferenceU const& reference)
+{
+    auto const own = access(m_context);
+    auto const data = requireService(reference);
+    return data->record->registry().interfaces(data, *own.context);
+}
+
+std::string BundleContext::GetDataFile(std::string const& filename) const
+{
+    auto const own = access(m_context);
+    if (own.bundle->isSystemBundle()) {
+        return {};
+    }
+    auto const found = own.core->properties().find(Constants::FRAMEWORK_STORAGE);
+    auto const* const storage =
+        found != own.core->properties().cend() ? any_cast<std::string>(&found->second) : nullptr;
+    return (storage != nullptr ? *storage : std::string()) + "/data/" + std::to_string(own.bundle->id()) + "/" +
+           filename;
+}
+
+std::vector<Bundle> BundleContext::InstallBundles(std::string const& location, AnyMap const& bundleManifest)
+{
+    auto const own = access(m_context);
+    return toHandles(own.core->bundles().install(*own.core, location, bundleManifest));
+}
+
+namespace detail {
+
+// Declared in GetBundleContext.h, which only a bundle can include.
+US_Framework_EXPORT BundleContext MakeBundleContext(BundleContextPrivate* context);
+
+BundleContext MakeBundleContext(BundleContextPrivate* context)
+{
+    return HandleAccess::context(BundleContextPrivate::at(context));
+}
+
+} // namespace detail
+
+} // namespace cppmicroservices

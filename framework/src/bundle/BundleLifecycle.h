@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+
+namespace cppmicroservices::core {
+
+class BundleRecord;
+class FrameworkCore;
+
+// The changes of a bundle's state, for all bundles but the framework's own. Each takes the bundle's lifecycle lock, so
+// it waits for another thread that is changing the state, and throws where that could never end. See Bundle for the
+// rest.
+
+void startBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& bundle);
+void stopBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& bundle);
+void uninstallBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& bundle);
+
+/// The framework is stopping: stops the bundle if it is active, and makes it one that can never be started again. A
+/// failing stop is reported as an event.
+void retireBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& bundle) noexcept;
+
+} // namespace cppmicroservices::core

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace cppmicroservices {
+
+class AnyMap;
+
+namespace core {
+
+class BundleRecord;
+class FrameworkCore;
+
+/// The installed bundles of one framework. All functions may be called from any thread.
+class BundleRegistry {
+public:
+    using Record = std::shared_ptr<BundleRecord>;
+    using Records = std::vector<Record>;
+
+    /// See BundleContext::InstallBundles().
+    ///
+    /// @locks one that serves installations alone, and the registry's own for each look at it; no foreign code runs
+    Records install(FrameworkCore& core, std::string const& location, AnyMap const& manifests);
+
+    /// Adds the framework's own bundle; at the beginning of a run.
+    void open(Record const& systemBundle);
+
+    /// Forgets all bundles, and installs no more; at the end of a run.
+    ///
+    /// @return those that were still there
+    Records close();
+
+    /// By location in byte order, those of one location in order of installation.
+    Records all() const;
+    Records at(std::string const& location) const;
+
+    /// Null when there is none.
+    Record withId(long id) const;
+
+    void remove(BundleRecord const& bundle);
+
+private:
+    struct Candidate;
+
+    static std::vector<Candidate> candidatesIn(std::string const& location, AnyMap const& manifests);
+    Records missing(FrameworkCore& core, std::string const& location, std::vector<Candidate> const& candidates,
+                    Records const& present);
+    void requireNew(BundleRecord const& bundle) const;
+    void add(Record const& bundle);
+
+    std::mutex m_installing;    // one installation at a time; taken before m_mutex
+    mutable std::mutex m_mutex; // guards all below
+    bool m_open = false;
+    long m_nextId = 1;
+    std::multimap<std::string, Record> m_byLocation;
+    std::unordered_map<long, Record> m_byId;
+    std::unordered_multimap<std::string, Record> m_byName;
+    std::unordered_map<std::string, std::size_t>
+        m_folders; // how many bundles the file at a location had when first read
+};
+
+} // namespace core
+
+} // namespace cppmicroservices

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "bundle/BundleRecord.h"
+
+#include "cppmicroservices/AnyMap.h"
+
+#include <functional>
+#include <string>
+#include <unordered_map>
+
+namespace cppmicroservices::core {
+
+/// The given properties, with the defaults for those that are missing.
+AnyMap completeConfiguration(std::unordered_map<std::string, Any> const& given);
+
+// What the framework itself reads of them.
+
+/// Flags for dlopen; RTLD_NOW unless an int is given, so that an undefined symbol is an exception at the start of the
+/// bundle instead of the end of the process at some later call.
+int loadOptionsIn(AnyMap const& properties);
+bool loadOptionsAreUsable(AnyMap const& properties);
+bool logsIn(AnyMap const& properties);
+std::function<bool(Bundle const&)> validationIn(AnyMap const& properties);
+
+/// The framework as a bundle.
+BundleIdentity systemBundleIdentity();
+
+} // namespace cppmicroservices::core

@@ -1,0 +1,234 @@
+#include "framework/FrameworkCore.h"
+
+#include "bundle/BundleContextPrivate.h"
+#include "bundle/BundleLifecycle.h"
+#include "bundle/BundleRecord.h"
+#include "framework/Configuration.h"
+#include "framework/Events.h"
+#include "framework/HandleAccess.h"
+#include "service/ServiceRegistry.h"
+
+#include "cppmicroservices/Constants.h"
+
+#include <stdexcept>
+#include <utility>
+
+namespace cppmicroservices::core {
+
+std::shared_ptr<FrameworkHold> FrameworkCore::make(AnyMap properties, std::ostream* logger)
+{
+    auto const core = std::make_shared<FrameworkCore>(std::move(properties), logger);
+    auto hold = std::make_shared<FrameworkHold>(core);
+    core->m_hold = hold;
+    core->m_systemBundle = core->makeRecord(systemBundleIdentity());
+    return hold;
+}
+
+FrameworkCore::FrameworkCore(AnyMap properties, std::ostream* logger)
+    : m_properties(std::move(properties)),
+      m_loadOptions(loadOptionsIn(m_properties)),
+      m_validation(validationIn(m_properties)),
+      m_events(std::make_shared<Events>(logsIn(m_properties) ? logger : nullptr)),
+      m_services(std::make_shared<ServiceRegistry>(m_events))
+{
+    if (!loadOptionsAreUsable(m_properties)) {
+        m_events->note("The property " + Constants::LIBRARY_LOAD_OPTIONS + " is no int; " +
+                       std::to_string(m_loadOptions) + " is used instead.");
+    }
+}
+
+FrameworkCore::~FrameworkCore()
+{
+    // Only reached while the thread runs when that thread lets go of the framework last.
+    if (m_stopper.joinable()) {
+        m_stopper.detach();
+    }
+}
+
+std::shared_ptr<ServiceRegistry> FrameworkCore::services() const
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    return m_services;
+}
+
+std::shared_ptr<BundleRecord> FrameworkCore::makeRecord(BundleIdentity identity)
+{
+    return std::make_shared<BundleRecord>(std::move(identity), weak_from_this(), m_hold);
+}
+
+bool FrameworkCore::isUp() const
+{
+    auto const state = m_systemBundle->state();
+    return state == Bundle::STATE_STARTING || state == Bundle::STATE_ACTIVE;
+}
+
+void FrameworkCore::joinFinished(Lock& lock, std::thread& thread)
+{
+    if (thread.joinable()) {
+        std::thread finished = std::move(thread);
+        lock.unlock();
+        finished.join();
+        lock.lock();
+    }
+}
+
+void FrameworkCore::waitForStopUnderWay(Lock& lock)
+{
+    if (m_stopping && m_stoppingBy == std::this_thread::get_id()) {
+        throw std::runtime_error("The framework cannot be started from inside its own stop.");
+    }
+    m_changed.wait(lock, [this] { return !m_stopping; });
+    joinFinished(lock, m_stopper);
+}
+
+void FrameworkCore::init()
+{
+    {
+        Lock lock(m_mutex);
+        waitForStopUnderWay(lock);
+        if (isUp()) {
+            return;
+        }
+        m_services = std::make_shared<ServiceRegistry>(m_events);
+        m_bundles.open(m_systemBundle);
+        m_systemBundle->setContext(BundleContextPrivate::make(m_systemBundle, m_services));
+        m_mayStartBundles = true;
+        m_systemBundle->setState(Bundle::STATE_STARTING);
+    }
+    m_events->publish(BundleChange::starting, *m_systemBundle);
+}
+
+void FrameworkCore::start()
+{
+    init();
+    {
+        Lock const lock(m_mutex);
+        if (m_systemBundle->state() != Bundle::STATE_STARTING) {
+            return;
+        }
+        m_systemBundle->setState(Bundle::STATE_ACTIVE);
+    }
+    m_events->publish(BundleChange::started, *m_systemBundle);
+    m_events->publish(FrameworkEvent::FRAMEWORK_STARTED, m_systemBundle, std::string());
+}
+
+void FrameworkCore::stop()
+{
+    Lock lock(m_mutex);
+    if (m_stopping || !isUp()) {
+        return;
+    }
+    joinFinished(lock, m_stopper);
+    if (m_stopping || !isUp()) {
+        return; // another thread was faster
+    }
+    m_stopper = std::thread([core = shared_from_this()] { core->runStop(); });
+    m_stopping = true; // the thread waits for the lock before it looks at anything
+}
+
+void FrameworkCore::runStop() noexcept
+{
+    {
+        Lock const lock(m_mutex);
+        m_stoppingBy = std::this_thread::get_id();
+        m_mayStartBundles = false;
+        m_systemBundle->setState(Bundle::STATE_STOPPING);
+    }
+    m_events->publish(BundleChange::stopping, *m_systemBundle);
+
+    auto const bundles = m_bundles.all();
+    for (auto bundle = bundles.rbegin(); bundle != bundles.rend(); ++bundle) {
+        if (!(*bundle)->isSystemBundle()) {
+            retireBundle(*this, *bundle);
+        }
+    }
+    auto const left = m_bundles.close(); // what was installed meanwhile; it cannot have been started
+    for (auto const& bundle : left) {
+        bundle->detach();
+    }
+    auto const services = this->services();
+    if (auto const context = m_systemBundle->context()) {
+        services->endUses(*context);
+        context->invalidate();
+    }
+    m_systemBundle->setContext(nullptr);
+    services->close();
+
+    Lock const lock(m_mutex);
+    m_systemBundle->setState(Bundle::STATE_RESOLVED);
+    m_stopping = false;
+    m_stoppingBy = std::thread::id();
+    ++m_stops;
+    m_changed.notify_all();
+}
+
+bool FrameworkCore::calledFromWithin()
+{
+    for (auto const& bundle : m_bundles.all()) {
+        if (bundle->lifecycleLock().heldByThisThread()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+FrameworkEvent FrameworkCore::waitForStop(std::chrono::milliseconds timeout)
+{
+    auto const event = [this](FrameworkEvent::Type type) {
+        return FrameworkEvent(type, HandleAccess::bundle(m_systemBundle), std::string());
+    };
+    // A longer time would overflow the clock; nobody sees it end.
+    constexpr auto longest = std::chrono::hours(24 * 365 * 100);
+    bool const unlimited = timeout == std::chrono::milliseconds::zero() || timeout > longest;
+    bool const within = unlimited && calledFromWithin();
+
+    Lock lock(m_mutex);
+    if (m_systemBundle->state() == Bundle::STATE_INSTALLED) {
+        return event(FrameworkEvent::FRAMEWORK_ERROR);
+    }
+    auto const stopsBefore = m_stops;
+    auto const stopped = [this, stopsBefore] { return m_stops != stopsBefore || (!m_stopping && !isUp()); };
+    if (unlimited && !stopped() && (within || m_stoppingBy == std::this_thread::get_id())) {
+        throw std::runtime_error("WaitForStop() without a time limit was called from inside an activator of one of "
+                                 "the framework's own bundles; it could never end.");
+    }
+    if (unlimited) {
+        m_changed.wait(lock, stopped);
+    } else if (!m_changed.wait_for(lock, timeout, stopped)) {
+        return event(FrameworkEvent::FRAMEWORK_WAIT_TIMEDOUT);
+    }
+    if (!m_stopping) {
+        joinFinished(lock, m_stopper);
+    }
+    return event(FrameworkEvent::FRAMEWORK_STOPPED);
+}
+
+void FrameworkCore::stopQuietly() noexcept
+{
+    try {
+        Lock lock(m_mutex);
+        if (m_stopping && m_stoppingBy == std::this_thread::get_id()) {
+            return; // the stop itself held the last handle for a moment
+        }
+        if (m_stopping) {
+            m_changed.wait(lock, [this] { return !m_stopping; });
+        } else if (isUp()) {
+            m_stopping = true;
+            lock.unlock();
+            runStop();
+            lock.lock();
+        }
+        joinFinished(lock, m_stopper);
+    } catch (std::exception const& e) {
+        m_events->note(std::string("The framework could not be stopped quietly: ") + e.what());
+    }
+}
+
+FrameworkHold::FrameworkHold(std::shared_ptr<FrameworkCore> core) : m_core(std::move(core)) {}
+
+FrameworkHold::~FrameworkHold()
+{
+    m_core->stopQuietly();
+}
+
+} // namespace cppmicroservices::core

@@ -1,0 +1,28 @@
+#include "cppmicroservices/FrameworkFactory.h"
+
+#include "framework/Configuration.h"
+#include "framework/FrameworkCore.h"
+#include "framework/HandleAccess.h"
+
+#include "cppmicroservices/Framework.h"
+
+namespace cppmicroservices {
+
+Framework FrameworkFactory::NewFramework(FrameworkConfiguration const& configuration, std::ostream* logger)
+{
+    auto hold = core::FrameworkCore::make(core::completeConfiguration(configuration), logger);
+    auto record = hold->core()->systemBundle();
+    return core::HandleAccess::framework(std::move(record), std::move(hold));
+}
+
+Framework FrameworkFactory::NewFramework()
+{
+    return NewFramework(FrameworkConfiguration());
+}
+
+Framework FrameworkFactory::NewFramework(std::map<std::string, Any> const& configuration, std::ostream* logger)
+{
+    return NewFramework(FrameworkConfiguration(configuration.begin(), configuration.end()), logger);
+}
+
+} // namespace cppmicroservices

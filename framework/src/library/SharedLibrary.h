@@ -1,0 +1,34 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace cppmicroservices::core {
+
+/// The dynamic loader refused; the message is its own.
+class LoadError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// A loaded library. There is no way to unload one: objects whose code it holds may live until the process ends.
+class SharedLibrary {
+public:
+    SharedLibrary() = default;
+
+    /// Loads the file, or finds that it is loaded already. Runs its static constructors.
+    ///
+    /// @param options flags for dlopen
+    /// @throws LoadError
+    SharedLibrary(std::string const& path, int options);
+
+    bool isLoaded() const { return m_handle != nullptr; }
+
+    /// The address of a symbol; null when there is none of that name.
+    void* symbol(std::string const& name) const;
+
+private:
+    void* m_handle = nullptr;
+};
+
+} // namespace cppmicroservices::core

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "cppmicroservices/AnyMap.h"
+#include "cppmicroservices/ServiceProperties.h"
+
+#include <string>
+#include <vector>
+
+namespace cppmicroservices::core {
+
+/// The properties of a service as registered, with those that every service has.
+struct RegisteredProperties {
+    AnyMap all;
+    long shownId = 0;
+    int ranking = 0;
+};
+
+/// Adds "service.id", "objectclass" and "service.scope" to the given properties, unless given in exactly that spelling.
+///
+/// @throws std::runtime_error when two names differ by case only
+/// @throws BadAnyCastException for a given "service.id" that is no long or "objectclass" that is no string vector
+/// @throws std::invalid_argument for a ranking that is no int
+RegisteredProperties propertiesAtRegistration(ServiceProperties const& given, long id,
+                                              std::vector<std::string> const& objectClass, std::string const& scope);
+
+/// Replaces all but the three that every service has; given values for those, in exactly that spelling, are ignored.
+///
+/// @throws as above
+RegisteredProperties propertiesReplaced(ServiceProperties const& given, AnyMap const& old);
+
+} // namespace cppmicroservices::core

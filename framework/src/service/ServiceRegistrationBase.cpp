@@ -1,0 +1,92 @@
+#include "cppmicroservices/ServiceRegistrationBase.h"
+
+#include "service/ServiceRegistry.h"
+
+#include <functional>
+#include <ostream>
+#include <stdexcept>
+#include <utility>
+
+namespace cppmicroservices {
+
+namespace {
+
+core::ServiceRegistry& registryOf(std::shared_ptr<core::ServiceRecord> const& record)
+{
+    if (!record) {
+        throw std::logic_error("ServiceRegistrationBase object invalid");
+    }
+    return record->registry();
+}
+
+} // namespace
+
+ServiceRegistrationBase::ServiceRegistrationBase() = default;
+
+ServiceRegistrationBase::ServiceRegistrationBase(std::shared_ptr<core::ServiceRecord> record)
+    : m_record(std::move(record))
+{
+}
+
+ServiceRegistrationBase::ServiceRegistrationBase(ServiceRegistrationBase const& other) = default;
+ServiceRegistrationBase::ServiceRegistrationBase(ServiceRegistrationBase&& other) noexcept = default;
+ServiceRegistrationBase& ServiceRegistrationBase::operator=(ServiceRegistrationBase const& other) = default;
+ServiceRegistrationBase& ServiceRegistrationBase::operator=(ServiceRegistrationBase&& other) noexcept = default;
+ServiceRegistrationBase::~ServiceRegistrationBase() = default;
+
+ServiceRegistrationBase& ServiceRegistrationBase::operator=(std::nullptr_t)
+{
+    m_record.reset();
+    return *this;
+}
+
+ServiceRegistrationBase::operator bool() const
+{
+    return m_record != nullptr;
+}
+
+ServiceReferenceBase ServiceRegistrationBase::GetReference(std::string const& interfaceId) const
+{
+    registryOf(m_record).requireRegistered(*m_record);
+    return ServiceReferenceBase(
+        std::make_shared<core::ReferenceData const>(core::ReferenceData{m_record, interfaceId}));
+}
+
+void ServiceRegistrationBase::SetProperties(ServiceProperties const& properties)
+{
+    registryOf(m_record).changeProperties(m_record, properties);
+}
+
+void ServiceRegistrationBase::SetProperties(ServiceProperties&& properties)
+{
+    registryOf(m_record).changeProperties(m_record, properties);
+}
+
+void ServiceRegistrationBase::Unregister()
+{
+    // A copy, as the destructor of the service may well clear this handle.
+    auto const record = m_record;
+    registryOf(record).remove(record);
+}
+
+bool ServiceRegistrationBase::operator<(ServiceRegistrationBase const& other) const
+{
+    return std::less<core::ServiceRecord const*>()(m_record.get(), other.m_record.get());
+}
+
+bool ServiceRegistrationBase::operator==(ServiceRegistrationBase const& other) const
+{
+    return m_record == other.m_record;
+}
+
+std::size_t ServiceRegistrationBase::Hash() const
+{
+    return std::hash<core::ServiceRecord const*>()(m_record.get());
+}
+
+std::ostream& operator<<(std::ostream& os, ServiceRegistrationBase const& /*reg*/)
+{
+    return os << "cppmicroservices::ServiceRegistrationBase object";
+}
+
+} // namespace cppmicroservices

@@ -1,0 +1,275 @@
+#include "service/ServiceRegistry.h"
+
+#include "bundle/BundleContextPrivate.h"
+#include "bundle/BundleRecord.h"
+#include "framework/Events.h"
+#include "ldap/FilterAccess.h"
+#include "service/PropertyRules.h"
+
+#include "cppmicroservices/Constants.h"
+#include "cppmicroservices/LDAPFilter.h"
+#include "cppmicroservices/PrototypeServiceFactory.h"
+
+#include <algorithm>
+#include <atomic>
+#include <stdexcept>
+#include <utility>
+
+namespace cppmicroservices::core {
+
+namespace {
+
+constexpr char const* factoryKey = "org.cppmicroservices.factory";
+
+/// Ids are drawn per process, so that no two services of whatever framework share one.
+long nextServiceId()
+{
+    static std::atomic<long> last{0};
+    return ++last;
+}
+
+void checkObject(InterfaceMapConstPtr const& object)
+{
+    if (!object || object->empty()) {
+        throw std::invalid_argument("Can't register empty InterfaceMap as a service");
+    }
+    bool const isFactory = object->count(factoryKey) != 0;
+    for (auto const& [name, part] : *object) {
+        bool const mayBeNull = isFactory && name != factoryKey; // the factory makes the objects later
+        if (name.empty() || (!part && !mayBeNull)) {
+            throw std::invalid_argument("Can't register as null class");
+        }
+    }
+}
+
+std::shared_ptr<ServiceFactory> factoryIn(InterfaceMap const& object)
+{
+    auto const found = object.find(factoryKey);
+    return found != object.end() ? std::static_pointer_cast<ServiceFactory>(found->second) : nullptr;
+}
+
+std::string const& scopeOf(std::shared_ptr<ServiceFactory> const& factory)
+{
+    if (!factory) {
+        return Constants::SCOPE_SINGLETON;
+    }
+    bool const prototype = dynamic_cast<PrototypeServiceFactory*>(factory.get()) != nullptr;
+    return prototype ? Constants::SCOPE_PROTOTYPE : Constants::SCOPE_BUNDLE;
+}
+
+std::vector<std::string> namesIn(InterfaceMap const& object)
+{
+    std::vector<std::string> names;
+    names.reserve(object.size());
+    for (auto const& entry : object) {
+        names.push_back(entry.first);
+    }
+    return names;
+}
+
+} // namespace
+
+ServiceRegistry::ServiceRegistry(std::shared_ptr<Events> events) : m_events(std::move(events)) {}
+
+std::shared_ptr<ServiceRecord> ServiceRegistry::add(BundleContextPrivate const& context,
+                                                    InterfaceMapConstPtr const& object,
+                                                    ServiceProperties const& properties)
+{
+    auto const owner = context.bundle();
+    checkObject(object);
+    auto const factory = factoryIn(*object);
+    auto const names = namesIn(*object);
+    long const id = nextServiceId();
+    auto described = propertiesAtRegistration(properties, id, names, scopeOf(factory));
+
+    auto const record = std::make_shared<ServiceRecord>(shared_from_this(), owner, id, names);
+    record->m_object = object;
+    record->m_factory = factory;
+    record->m_properties = std::make_shared<AnyMap const>(std::move(described.all));
+    record->m_ranking = described.ranking;
+    record->m_shownId = described.shownId;
+    {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        if (m_closed || !owner || !context.mayRegister()) {
+            throw std::runtime_error("The bundle context is no longer valid");
+        }
+        m_index.add(record, rankOf(*record));
+    }
+    m_events->publish(ServiceChange::registered, *record);
+    return record;
+}
+
+void ServiceRegistry::changeProperties(std::shared_ptr<ServiceRecord> const& record,
+                                       ServiceProperties const& properties)
+{
+    for (;;) {
+        requireRegistered(*record);
+        auto old = this->properties(*record);
+        auto replaced = propertiesReplaced(properties, *old);
+        auto all = std::make_shared<AnyMap const>(std::move(replaced.all));
+
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        if (record->m_properties != old) {
+            continue; // another thread was faster; what it set is replaced as well
+        }
+        auto const from = rankOf(*record);
+        record->m_properties = std::move(all); // `old` still holds the former ones: they go after the lock
+        record->m_ranking = replaced.ranking;
+        if (record->m_state == ServiceRecord::State::registered) {
+            m_index.move(*record, from, rankOf(*record));
+        }
+        break;
+    }
+    m_events->publish(ServiceChange::modified, *record);
+}
+
+void ServiceRegistry::remove(std::shared_ptr<ServiceRecord> const& record)
+{
+    {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        if (record->m_state != ServiceRecord::State::registered) {
+            throw std::logic_error("Service is unregistered");
+        }
+        record->m_state = ServiceRecord::State::unregistering;
+        m_index.remove(*record, rankOf(*record));
+    }
+    m_events->publish(ServiceChange::unregistering, *record);
+
+    InterfaceMapConstPtr object;
+    std::shared_ptr<ServiceFactory> factory;
+    std::unordered_map<BundleRecord const*, Use> uses;
+    {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        record->m_state = ServiceRecord::State::unregistered;
+        object.swap(record->m_object);
+        factory.swap(record->m_factory);
+        uses.swap(record->m_uses);
+        for (auto const& [user, use] : uses) {
+            use->over = true;
+            m_index.removeUse(*user, *record);
+        }
+    }
+    for (auto const& entry : uses) {
+        auto const& use = *entry.second;
+        if (factory && use.object) {
+            giveBack(*factory, record, use, use.object);
+        }
+    }
+}
+
+ServiceRegistry::References ServiceRegistry::find(std::string const& className, std::string const& filter) const
+{
+    if (filter.empty()) {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        return className.empty() ? m_index.all() : m_index.ofClass(className);
+    }
+    if (!className.empty()) {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        if (!m_index.hasClass(className)) {
+            return {}; // and the filter, which may be malformed, is not looked at
+        }
+    }
+    LDAPFilter const condition(filter);
+    auto const& required = ldap::FilterAccess::requirements(condition);
+    References candidates;
+    std::vector<ServiceRecord::Properties> properties;
+    {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        if (required.serviceId) {
+            candidates = m_index.withId(*required.serviceId, className);
+        } else if (!className.empty()) {
+            candidates = m_index.ofClass(className);
+        } else if (required.classes) {
+            candidates = m_index.ofClasses(*required.classes);
+        } else {
+            candidates = m_index.all();
+        }
+        properties.reserve(candidates.size());
+        for (auto const& candidate : candidates) {
+            properties.push_back(candidate->record->m_properties);
+        }
+    }
+    References result;
+    for (std::size_t i = 0; i < candidates.size(); ++i) {
+        if (ldap::FilterAccess::matches(condition, *properties[i])) {
+            // A class that only the filter names does not make the references ones for that class.
+            bool const asked = candidates[i]->interfaceId == className;
+            result.push_back(
+                asked ? candidates[i]
+                      : std::make_shared<ReferenceData const>(ReferenceData{candidates[i]->record, className}));
+        }
+    }
+    return result;
+}
+
+ServiceRegistry::Reference ServiceRegistry::best(std::string const& className) const
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    return className.empty() ? m_index.first() : m_index.bestOf(className);
+}
+
+ServiceRegistry::References ServiceRegistry::registeredBy(BundleRecord const& bundle) const
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    return m_index.registeredBy(bundle);
+}
+
+void ServiceRegistry::endRegistrations(BundleContextPrivate& context) noexcept
+{
+    auto const owner = context.bundle();
+    References left;
+    {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        context.refuseRegistrations();
+        if (owner) {
+            left = m_index.registeredBy(*owner);
+        }
+    }
+    for (auto const& service : left) {
+        try {
+            remove(service->record);
+        } catch (std::logic_error const&) {
+            continue; // its registration was used to unregister it meanwhile
+        }
+    }
+}
+
+void ServiceRegistry::close() noexcept
+{
+    ServiceIndex forgotten; // declared before the lock: the services in it may be destroyed, which is foreign code
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    m_closed = true;
+    std::swap(forgotten, m_index);
+}
+
+bool ServiceRegistry::isRegistered(ServiceRecord const& record) const
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    return record.m_state != ServiceRecord::State::unregistered;
+}
+
+ServiceRecord::Properties ServiceRegistry::properties(ServiceRecord const& record) const
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    return record.m_properties;
+}
+
+ServiceIndex::Rank ServiceRegistry::rank(ServiceRecord const& record) const
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    return rankOf(record);
+}
+
+void ServiceRegistry::requireRegistered(ServiceRecord const& record) const
+{
+    if (!isRegistered(record)) {
+        throw std::logic_error("Service is unregistered");
+    }
+}
+
+ServiceIndex::Rank ServiceRegistry::rankOf(ServiceRecord const& record)
+{
+    return {record.m_ranking, record.m_shownId, record.m_id};
+}
+
+} // namespace cppmicroservices::core

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "service/ServiceIndex.h"
+#include "service/ServiceRecord.h"
+
+#include "cppmicroservices/ServiceProperties.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace cppmicroservices {
+
+class BundleContextPrivate;
+
+namespace core {
+
+class Events;
+
+/// The services of one run of a framework: registering, finding and using them.
+///
+/// All functions may be called from any thread. The one lock is held for bookkeeping only, never while a service
+/// factory or a destructor of a service or of a property value runs, nor while an event is published.
+class ServiceRegistry : public std::enable_shared_from_this<ServiceRegistry> {
+public:
+    using Reference = ServiceIndex::Reference;
+    using References = ServiceIndex::References;
+
+    explicit ServiceRegistry(std::shared_ptr<Events> events);
+
+    /// Registers a service for the context's bundle. See BundleContext::RegisterService() for what it throws.
+    std::shared_ptr<ServiceRecord> add(BundleContextPrivate const& context, InterfaceMapConstPtr const& object,
+                                       ServiceProperties const& properties);
+
+    /// @throws std::logic_error "Service is unregistered"
+    void changeProperties(std::shared_ptr<ServiceRecord> const& record, ServiceProperties const& properties);
+
+    /// @throws std::logic_error "Service is unregistered"
+    void remove(std::shared_ptr<ServiceRecord> const& record);
+
+    /// See BundleContext::GetServiceReferences().
+    References find(std::string const& className, std::string const& filter) const;
+
+    /// The best service of the class, the first one registered for "", or null.
+    Reference best(std::string const& className) const;
+
+    References registeredBy(BundleRecord const& bundle) const;
+    References usedBy(BundleRecord const& bundle) const;
+
+    /// The object as the interface, or as any for "". Null when a factory does not deliver.
+    ///
+    /// @throws std::invalid_argument when the service is no longer registered
+    std::shared_ptr<void> object(Reference const& reference, BundleContextPrivate const& context);
+
+    /// The same, with all interfaces.
+    InterfaceMapConstPtr interfaces(Reference const& reference, BundleContextPrivate const& context);
+
+    /// Ends one use. Called by the deleter of what the two functions above return.
+    void release(std::shared_ptr<ServiceRecord> const& record, std::shared_ptr<ServiceUse> const& use) noexcept;
+
+    /// The bundle of the context is stopping: unregisters its services, in order of registration, and refuses further
+    /// ones.
+    void endRegistrations(BundleContextPrivate& context) noexcept;
+
+    /// Then: ends all of its uses, and refuses further ones.
+    void endUses(BundleContextPrivate& context) noexcept;
+
+    /// The run is over: forgets all services, which stay registered as far as their handles can tell.
+    void close() noexcept;
+
+    // What the handles ask.
+    bool isRegistered(ServiceRecord const& record) const;
+    ServiceRecord::Properties properties(ServiceRecord const& record) const;
+    ServiceIndex::Rank rank(ServiceRecord const& record) const;
+    std::vector<std::shared_ptr<BundleRecord>> users(ServiceRecord const& record) const;
+
+    /// @throws std::logic_error "Service is unregistered"
+    void requireRegistered(ServiceRecord const& record) const;
+
+private:
+    using Use = std::shared_ptr<ServiceUse>;
+
+    /// A use that has been counted, and the interfaces that it gives.
+    struct Granted {
+        Use use;
+        InterfaceMapConstPtr interfaces;
+    };
+
+    Granted acquire(std::shared_ptr<ServiceRecord> const& record, BundleContextPrivate const& context);
+    Granted makeWithFactory(std::shared_ptr<ServiceRecord> const& record, Use const& use);
+    Use useOf(std::shared_ptr<ServiceRecord> const& record, BundleContextPrivate const& context);
+    InterfaceMapConstPtr ask(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record, ServiceUse& use);
+    void giveBack(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record, ServiceUse const& use,
+                  InterfaceMapConstPtr const& object) noexcept;
+
+    static ServiceIndex::Rank rankOf(ServiceRecord const& record);
+
+    std::shared_ptr<Events> const m_events;
+    mutable std::mutex m_mutex; // guards all below, and what is not const in the ServiceRecords and their ServiceUses
+    ServiceIndex m_index;
+    bool m_closed = false;
+};
+
+} // namespace core
+
+} // namespace cppmicroservices
