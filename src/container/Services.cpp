@@ -69,8 +69,8 @@ void MicroServicesContainer::unloadService(const std::string& name)
 void MicroServicesContainer::unloadServices(const std::vector<std::string>& names)
 {
     // By index and by copy, since a service's destructor may reach the list that it stands in.
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        const std::string name = names[i];
+    for (std::size_t i = 0; i < names.size(); ++i) { // NOLINT(modernize-loop-convert): as said above
+        const std::string name = names[i]; // NOLINT(performance-unnecessary-copy-initialization): as said above
         unloadService(name);
     }
 }
