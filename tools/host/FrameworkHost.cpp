@@ -61,13 +61,21 @@ RunningFramework::~RunningFramework()
 
 void RunningFramework::stop()
 {
-    m_framework.Stop();
-    const auto event = m_framework.WaitForStop(std::chrono::milliseconds::zero());
-    if (event.GetType() != cppmicroservices::FrameworkEvent::FRAMEWORK_STOPPED) {
-        throw Problem{ExitStatus::framework,
-                      {"the plug-in framework did not stop", "this process", event.GetMessage(),
-                       "check what the bundles do when they stop"}};
+    using cppmicroservices::FrameworkEvent;
+    std::string why;
+    try {
+        m_framework.Stop();
+        const FrameworkEvent event = m_framework.WaitForStop(std::chrono::milliseconds::zero());
+        if (event.GetType() == FrameworkEvent::FRAMEWORK_STOPPED) {
+            return;
+        }
+        why = event.GetMessage();
+    } catch (const std::exception& error) {
+        why = error.what();
     }
+    throw Problem{ExitStatus::framework,
+                  {"the plug-in framework did not stop", "this process", why.empty() ? "it gave no reason" : why,
+                   "check what the bundles do when they stop"}};
 }
 
 FrameworkHost FrameworkHost::installing(const ostrel::platform::Utf16Path& directory, const std::string& shownAs)

@@ -16,7 +16,7 @@ void prepareStandardStreams()
         // open() takes the lowest free number, which is this one. Standard output gets a file that cannot be written,
         // so that the loss of the result is noticed.
         const int mode = descriptor == STDERR_FILENO ? O_WRONLY : O_RDONLY;
-        if (open("/dev/null", mode) != descriptor) { // NOLINT(cppcoreguidelines-pro-type-vararg): POSIX
+        if (open("/dev/null", mode) != descriptor) {
             return;
         }
     }
