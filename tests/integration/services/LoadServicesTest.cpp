@@ -1,6 +1,6 @@
 #include "integration/services/ServicesFixture.h"
+#include "integration/support/Scheduling.h"
 
-#include <atomic>
 #include <stdexcept>
 
 namespace ostrel::test {
@@ -60,32 +60,34 @@ TEST_F(LoadServices, GivenMalformedFilter_WhenItThrew_ThenTheLockIsFree)
     EXPECT_TRUE(lockIsFree(container));
 }
 
-// An onlooker that never rests either never sees the middle of a batch or, if each name took the lock for itself, sees
-// it in one round or another.
-TEST_F(LoadServices, GivenManyNames_WhenLoadedInOneBatch_ThenNoOtherThreadSeesItsMiddle)
+// Another thread asks from the first load on. It must not be let in before the last.
+TEST_F(LoadServices, GivenManyNames_WhenLoadedInOneBatch_ThenNoOtherThreadComesBetween)
 {
-    constexpr std::size_t services = 50;
+    constexpr std::size_t services = 20;
     Names names;
     for (std::size_t i = 0; i < services; ++i) {
         names.push_back(loadNameOf(registerGreeter(host.context())));
     }
 
-    std::atomic<bool> sawTheMiddle{false};
     for (int round = 0; round < 20; ++round) {
         ostrel::us_container::MicroServicesContainer other{host.context(), host.bundleDirectory()};
-        const OtherThread onlooker{[&other, &sawTheMiddle] {
-            std::size_t held = 0;
-            while (held != services) {
-                held = other.listManuallyLoadedServices().size();
-                if (held != 0 && held != services) {
-                    sawTheMiddle = true;
-                }
-            }
-        }};
-        other.loadServices(names);
+        Latch begun;
+        log.onRecord([&begun](const LogRecord&) { begun.open(); });
+        std::size_t seen = 0;
+        {
+            const OtherThread onlooker{[&] {
+                meetOnFirstProcessor(Urgency::urgent);
+                begun.waitFor();
+                seen = other.listManuallyLoadedServices().size();
+            }};
+            const OtherThread loader{[&] {
+                meetOnFirstProcessor(Urgency::patient);
+                other.loadServices(names);
+            }};
+        }
+        log.onRecord({});
+        ASSERT_EQ(seen, services);
     }
-
-    EXPECT_FALSE(sawTheMiddle);
 }
 
 } // namespace
