@@ -125,4 +125,17 @@ TEST_F(FailingBundle, GivenOneAfterAGoodOne_ThenNothingIsReported)
     EXPECT_EQ(result.out, "");
 }
 
+TEST(FailingService, GivenFactoryThrowsNoException_ThenStatusFourAndNothingIsReported)
+{
+    const ProgramResult result = runHost({"run", OSTREL_TEST_FACTORY_THROWS_INT});
+
+    EXPECT_EQ(result.status, 4);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "ostrel-host: cannot load the services\n"
+                          "  where: '" OSTREL_TEST_FACTORY_THROWS_INT "'\n"
+                          "  why:   a bundle threw something that is no std::exception\n"
+                          "  do:    repair the bundle, take it out of the directory, or refuse it by other "
+                          "conditions\n");
+}
+
 } // namespace ostrel::test
