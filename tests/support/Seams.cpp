@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 #include <sched.h>
 #include <stdexcept>
+#include <utility>
 
 using cppmicroservices::Bundle;
 using cppmicroservices::BundleContext;
@@ -44,6 +45,11 @@ void reallyStart(Bundle& bundle)
     next<void(Bundle*)>("_ZN16cppmicroservices6Bundle5StartEv")(&bundle);
 }
 
+void reallyStop(Bundle& bundle)
+{
+    next<void(Bundle*)>("_ZN16cppmicroservices6Bundle4StopEv")(&bundle);
+}
+
 std::vector<Bundle> reallyInstallBundles(BundleContext context, const Utf16Path& path)
 {
     constexpr auto symbol = "_ZN6ostrel8platform14installBundlesEN16cppmicroservices13BundleContextERKNS0_9Utf16PathE";
@@ -66,7 +72,7 @@ void Bundle::Stop()
     if (current != nullptr && current->stop) {
         current->stop(*this);
     } else {
-        next<void(Bundle*)>("_ZN16cppmicroservices6Bundle4StopEv")(this);
+        ostrel::test::reallyStop(*this);
     }
 }
 

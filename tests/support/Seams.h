@@ -34,6 +34,7 @@ public:
 
 /// The real functions, for use in what is set.
 void reallyStart(cppmicroservices::Bundle& bundle);
+void reallyStop(cppmicroservices::Bundle& bundle);
 std::vector<cppmicroservices::Bundle> reallyInstallBundles(cppmicroservices::BundleContext context,
                                                            const ostrel::platform::Utf16Path& path);
 

@@ -67,7 +67,7 @@ TEST_F(StopBundleSeams, GivenStopThatThrowsNoException_WhenStopped_ThenTwoRecord
 TEST_F(StopBundleSeams, GivenStopThatThrowsButStops_WhenStopped_ThenTheNameIsForgotten)
 {
     seams.stop = [](Bundle& bundle) {
-        bundle.Stop(0);
+        reallyStop(bundle);
         throw 42;
     };
 
