@@ -149,15 +149,15 @@ ServiceReferenceU BundleContext::GetServiceReference(std::string const& clazz)
 
 std::shared_ptr<void> BundleContext::GetService(ServiceReferenceBase const& reference)
 {
-    auto const own = access(m_context);
     auto const data = requireService(reference);
+    auto const own = access(m_context);
     return data->record->registry().object(data, *own.context);
 }
 
 InterfaceMapConstPtr BundleContext::GetService(ServiceReferenceU const& reference)
 {
-    auto const own = access(m_context);
     auto const data = requireService(reference);
+    auto const own = access(m_context);
     return data->record->registry().interfaces(data, *own.context);
 }
 

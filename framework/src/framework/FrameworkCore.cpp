@@ -115,6 +115,7 @@ void FrameworkCore::start()
 void FrameworkCore::stop()
 {
     Lock lock(m_mutex);
+    m_stopAsked = true;
     if (m_stopping || !isUp()) {
         return;
     }
@@ -183,7 +184,7 @@ FrameworkEvent FrameworkCore::waitForStop(std::chrono::milliseconds timeout)
     bool const within = unlimited && calledFromWithin();
 
     Lock lock(m_mutex);
-    if (m_systemBundle->state() == Bundle::STATE_INSTALLED) {
+    if (m_systemBundle->state() == Bundle::STATE_INSTALLED && !m_stopAsked) {
         return event(FrameworkEvent::FRAMEWORK_ERROR);
     }
     auto const stopsBefore = m_stops;

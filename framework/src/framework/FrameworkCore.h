@@ -85,6 +85,7 @@ private:
     mutable std::mutex m_mutex; // guards all below; no other lock but that of a record is taken while it is held
     std::condition_variable m_changed;
     std::shared_ptr<ServiceRegistry> m_services;
+    bool m_stopAsked = false;     // since the framework was made
     bool m_stopping = false;      // from stop() to the end of the stop
     std::thread::id m_stoppingBy; // while the stop runs
     unsigned long m_stops = 0;
