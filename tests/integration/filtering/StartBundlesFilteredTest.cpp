@@ -271,6 +271,16 @@ TEST_F(StartBundlesFiltered, GivenBundleRefusedLater_WhenCalledAgain_ThenItIsNot
     EXPECT_THAT(container.listManuallyLoadedBundles(), ElementsAre(host.locationOf(file)));
 }
 
+TEST_F(StartBundlesFiltered, GivenAdmittedBundleStartedByTheHostItself_WhenStarted_ThenItIsRecorded)
+{
+    const std::string file = addComponent("alpha", "first", inDayMode);
+    host.context().InstallBundles(host.locationOf(file)).at(0).Start();
+
+    container.startBundles(dayRequired);
+
+    EXPECT_THAT(container.listManuallyLoadedBundles(), ElementsAre(host.locationOf(file)));
+}
+
 TEST_F(StartBundlesFiltered, GivenRefusedBundleStartedByTheHostItself_WhenStarted_ThenItStaysActiveAndUnrecorded)
 {
     const std::string file = addComponent("alpha", "first", inNightMode);
