@@ -1,7 +1,5 @@
 #include "Greeting.h"
 
-#include <container/DiagnosticLog.h>
-#include <container/MicroServicesContainer.h>
 #include <cppmicroservices/Framework.h>
 #include <cppmicroservices/FrameworkEvent.h>
 #include <cppmicroservices/FrameworkFactory.h>
@@ -9,6 +7,8 @@
 #include <boost/log/utility/setup/console.hpp>
 
 #include <chrono>
+#include <container/DiagnosticLog.h>
+#include <container/MicroServicesContainer.h>
 #include <iostream>
 #include <stdexcept>
 
