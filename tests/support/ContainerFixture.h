@@ -10,6 +10,8 @@
 #include <cppmicroservices/Bundle.h>
 
 #include <exception>
+#include <functional>
+#include <memory>
 #include <string>
 
 namespace ostrel::test {
@@ -36,6 +38,26 @@ protected:
             return e.what();
         }
         return "<the installation did not fail>";
+    }
+
+    /// Starts alpha, whose activator starts beta once another thread is inside, or waits for, the operation.
+    void startBothDuring(const std::function<void()>& operation)
+    {
+        host.add("beta");
+        Latch begun;
+        std::unique_ptr<OtherThread> other;
+        script.on("start alpha", [&](auto) {
+            script.on("start alpha", nullptr);
+            other = std::make_unique<OtherThread>([&] {
+                begun.open();
+                operation();
+            });
+            EXPECT_TRUE(begun.waitFor());
+            other->finishesWithin(glance);
+            container.startBundle("libbeta.so");
+        });
+        container.startBundle(host.add("alpha"));
+        ASSERT_TRUE(other->finishesWithin());
     }
 
     static constexpr auto active = cppmicroservices::Bundle::STATE_ACTIVE;

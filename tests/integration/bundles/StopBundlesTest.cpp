@@ -203,5 +203,13 @@ TEST_F(StopAllBundles, GivenManyStartedNames_WhenAnotherThreadLooks_ThenItSeesNo
     EXPECT_THAT(seen, IsSubsetOf({std::size_t{100}, std::size_t{0}}));
 }
 
+TEST_F(StopAllBundles, GivenBundleStartedWhileItWaits_WhenAllStopped_ThenThatIsStoppedToo)
+{
+    startBothDuring([this] { container.stopAllBundles(); });
+
+    EXPECT_EQ(stateOf("libalpha.so"), resolved);
+    EXPECT_EQ(stateOf("libbeta.so"), resolved);
+}
+
 } // namespace
 } // namespace ostrel::test

@@ -246,5 +246,26 @@ TEST_F(Reload, GivenBundlesThatStart_WhenAnotherThreadUsesTheContainer_ThenItWai
     EXPECT_TRUE(other->finishesWithin());
 }
 
+TEST_F(Reload, GivenBundleStartedWhileItWaits_WhenReloaded_ThenThatComesBackToo)
+{
+    startBothDuring([this] { container.reload(); });
+
+    EXPECT_EQ(stateOf("libalpha.so"), active);
+    EXPECT_EQ(stateOf("libbeta.so"), active);
+}
+
+TEST_F(Reload, GivenServiceThatIsReleased_WhenAnotherThreadUsesTheContainer_ThenItNeedNotWait)
+{
+    container.startBundle(host.add("alpha"));
+    container.loadService("(test.word=alpha)");
+    bool wasFree = false;
+    script.on("release alpha", [&](auto) { wasFree = lockIsFree(container); });
+
+    container.reload();
+
+    script.on("release alpha", nullptr);
+    EXPECT_TRUE(wasFree);
+}
+
 } // namespace
 } // namespace ostrel::test

@@ -232,5 +232,13 @@ TEST_F(Unload, GivenSinkThatThrows_WhenTheFirstStopFails_ThenTheOtherBundlesAreN
     log.onRecord(nullptr);
 }
 
+TEST_F(Unload, GivenBundleStartedWhileItWaits_WhenUnloaded_ThenThatIsStoppedToo)
+{
+    startBothDuring([this] { container.unload(); });
+
+    EXPECT_EQ(stateOf("libalpha.so"), resolved);
+    EXPECT_EQ(stateOf("libbeta.so"), resolved);
+}
+
 } // namespace
 } // namespace ostrel::test
