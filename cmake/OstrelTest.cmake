@@ -1,6 +1,7 @@
 # ostrel_add_test(<target> LABEL <label> SOURCES <files...> [LIBRARIES <targets...>])
 #
-# A GoogleTest program, each of its tests a test of CTest under its own name. LABEL is the kind of test: `ctest -L unit`.
+# A GoogleTest program, each of its tests a test of CTest under its own name. LABEL is the kind of test: `ctest -L unit`
+# runs all of one kind, the target `tests_unit` builds what they need.
 find_package(GTest CONFIG QUIET)
 ostrel_require("GoogleTest with GMock" "libgtest-dev libgmock-dev" "${GTest_FOUND}")
 include(GoogleTest)
@@ -14,6 +15,10 @@ function(ostrel_add_test target)
   target_compile_features(${target} PRIVATE cxx_std_17)
   target_include_directories(${target} PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${target} PRIVATE ${arg_LIBRARIES} GTest::gmock GTest::gtest_main ostrel_warnings)
+  if(NOT TARGET tests_${arg_LABEL})
+    add_custom_target(tests_${arg_LABEL})
+  endif()
+  add_dependencies(tests_${arg_LABEL} ${target})
   # A test that hangs is ended, and the slowest machine may take its time to list the tests.
   gtest_discover_tests(${target} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 120 PROPERTIES LABELS "${arg_LABEL}" TIMEOUT 120)
 endfunction()

@@ -126,7 +126,7 @@ TEST_F(UnloadService, GivenServiceWithoutOtherOwner_WhenUnloaded_ThenItIsDestroy
 
 TEST_F(UnloadService, GivenDestructorThatWaitsForAnotherThreadsCall_WhenUnloaded_ThenTheLockIsFreeMeanwhile)
 {
-    LockProbe probe{container};
+    LockProbe probe{container, patience};
     holdTheLastShareOf(std::make_shared<DyingGreeter>([&probe] { probe.look(); }));
 
     container.unloadService(greeterName);

@@ -68,7 +68,7 @@ TEST_F(UnloadServices, GivenUnknownNameInTheMiddle_WhenUnloaded_ThenTheOthersAre
 
 TEST_F(UnloadServices, GivenServicesBeingReleased_WhenAnotherThreadAsks_ThenTheLockIsFree)
 {
-    LockProbe probe{container};
+    LockProbe probe{container, patience};
     registerFactory(host.context(), newMap<Greeter>, [&probe] { probe.look(); });
     container.loadService(greeterName);
 
@@ -124,7 +124,7 @@ TEST_F(UnloadAllServices, GivenNothingLoaded_WhenUnloaded_ThenNothingHappens)
 
 TEST_F(UnloadAllServices, GivenServicesBeingReleased_WhenAnotherThreadAsks_ThenTheLockIsFree)
 {
-    LockProbe probe{container};
+    LockProbe probe{container, patience};
     registerFactory(host.context(), newMap<Greeter>, [&probe] { probe.look(); });
     container.loadService(greeterName);
 
