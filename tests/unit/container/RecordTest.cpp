@@ -7,8 +7,8 @@
 #include <boost/log/core/core.hpp>
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <ostream>
 #include <stdexcept>
@@ -247,14 +247,24 @@ TEST_F(Record, GivenSinkThatIsBusy_WhenAnotherThreadWrites_ThenItNeedNotWait)
 
 TEST_F(Record, GivenRecordThatIsOpened_WhenAnotherThreadWrites_ThenItWaits)
 {
+    Latch isKnown;
+    Latch isOpening;
+    // The first record of a thread makes the core wait for all others; here the source's own lock is in question.
+    const OtherThread other{[&] {
+        OSTREL_RECORD(messages::invalidBundle, "first");
+        isKnown.open();
+        isOpening.waitFor();
+        OSTREL_RECORD(messages::didNotStop, "other");
+    }};
+    ASSERT_TRUE(isKnown.waitFor());
     std::atomic<int> inside = 0;
-    int mostInside = 0;
-    std::unique_ptr<OtherThread> other;
+    std::atomic<bool> wereTogether = false;
     logging::core::get()->set_filter([&](const logging::attribute_value_set&) {
-        mostInside = std::max(mostInside, ++inside);
-        if (other == nullptr) {
-            other = std::make_unique<OtherThread>([] { OSTREL_RECORD(messages::didNotStop, "other"); });
-            other->finishesWithin(glance);
+        if (++inside > 1) {
+            wereTogether = true;
+        } else if (!isOpening.waitFor(std::chrono::milliseconds::zero())) {
+            isOpening.open();
+            other.finishesWithin(glance);
         }
         --inside;
         return true;
@@ -262,9 +272,8 @@ TEST_F(Record, GivenRecordThatIsOpened_WhenAnotherThreadWrites_ThenItWaits)
 
     OSTREL_RECORD(messages::installFailed, "A");
 
-    ASSERT_TRUE(other->finishesWithin());
-    EXPECT_EQ(mostInside, 1);
-    EXPECT_THAT(log.records(), SizeIs(2));
+    ASSERT_TRUE(other.finishesWithin());
+    EXPECT_FALSE(wereTogether);
 }
 
 TEST_F(Record, GivenFilterThatThrows_WhenWritten_ThenTheNextRecordIsNotBlocked)
