@@ -150,6 +150,23 @@ public:
     /// @locks m_mutex for the whole run
     void stopAllBundles();
 
+    /// Stops and starts the bundles at a location, while keeping the loaded services consistent.
+    ///
+    /// First lets go of every held service of the bundle and of the bundles that use its services, directly or through
+    /// others; their names stay recorded. After the restart every recorded name is loaded again. Only the bundle itself
+    /// is stopped, none of its users.
+    ///
+    /// @param location  a location that the framework knows; any other does nothing. The same string goes to
+    ///                  stopBundle() and startBundle() as a name, so the bundle comes back only if it was started under
+    ///                  a name equal to its location.
+    /// @throws  what the framework, stopBundle(), startBundle() and loadService() throw; services let go before the
+    ///          exception stay so until they are loaded again
+    /// @locks   m_mutex, but not while the collected references are dropped; the held services go under it
+    /// @logs    0x200 "Error while unloading service "`<location>`, once per reference whose release throws, then the
+    ///          records of stopBundle(), startBundle() and loadService()
+    /// @cost    one look at each held entry and one at each service reached
+    void restartBundle(const std::string& location);
+
     /// Locations of the started bundles, one per recorded name, in no particular order; empty ones included.
     /// @locks m_mutex for the whole run
     std::vector<std::string> listManuallyLoadedBundles() const;
@@ -259,9 +276,44 @@ public:
     /// @locks   m_mutex for the whole run
     void printService(std::stringstream& stream, cppmicroservices::ServiceReference<void>& reference);
 
+    // Console reports: on everything that the framework has, line by line to std::cout, each line flushed. Layouts are
+    // their own, unlike those above. Column widths go with the fill and alignment that std::cout has.
+    // What the framework throws goes to the caller; lines already printed stay printed.
+
+    /// A table of all installed bundles.
+    /// @locks m_mutex for the whole run
+    void printAllBundles() const;
+
+    /// State, services in use and manifest headers of the bundles at a location.
+    /// @locks m_mutex for the whole run
+    void printBundleProperties(const std::string& location) const;
+
+    /// Id, users and properties of one service. Unlike the stream form it does not obtain the service.
+    /// @locks m_mutex for the whole run
+    void printService(cppmicroservices::ServiceReference<void>& reference) const;
+
+    /// Classes and users of the services of the bundles at a location.
+    /// @param indent  spaces before each line
+    /// @locks m_mutex for the whole run
+    void printBundleServices(const std::string& location, unsigned int indent) const;
+
+    /// Classes and users of the services of one bundle.
+    /// @param indent  spaces before each line
+    /// @locks m_mutex for the whole run
+    void printBundleServices(cppmicroservices::Bundle bundle, unsigned int indent) const;
+
+    /// The recorded service names, then the services of all installed bundles.
+    /// @locks m_mutex for the whole run
+    void printAllServices() const;
+
+    /// printService() for each service of an interface.
+    /// @locks m_mutex for the whole run
+    void printServiceProperties(const std::string& interfaceName); // KEPT ON PURPOSE: not const
+
 private:
     ostrel::platform::Utf16Path pathOf(const std::string& name) const;
     bool isHeld(const std::string& name, const cppmicroservices::ServiceReferenceBase& reference) const;
+    void releaseHeld(const std::vector<cppmicroservices::ServiceReference<void>>& references);
     std::vector<std::string> startedBundleNames() const;
     std::vector<std::string> loadedServiceNames() const;
 
