@@ -66,11 +66,16 @@ OSTREL_EXPORT bool checkFilter(const cppmicroservices::Any& filters, const Filte
 /// bundles and services run their own code, so that code may call back into the same container on the same thread, and
 /// blocks other threads for as long as it runs. No thread is started.
 ///
+/// Such code had better not call into another container: it would take that one's mutex second, and when code of that
+/// one does the reverse on another thread, both wait for ever. The same goes for bundles whose activators start or stop
+/// each other.
+///
 /// Only failures to install a bundle, to stop one, to release a service or to read a filter declaration are caught and
 /// logged. Everything else that the framework or a bundle throws goes to the caller, with the mutex released and
 /// without undoing what was done before.
 ///
-/// A brace list such as `{"a", "b"}` fits both the list and the FilterMap overloads: name the type.
+/// Some brace lists fit both the list and the FilterMap overloads, so name the type: `{}`, two texts or two strings
+/// such as `{"a", "b"}`, and a single condition such as `{{"mode", {"night", true}}}` do not compile.
 class OSTREL_EXPORT MicroServicesContainer {
 public:
     /// Stores the context and the directory; touches neither.
@@ -278,6 +283,8 @@ public:
 
     // Console reports: on everything that the framework has, line by line to std::cout, each line flushed. Layouts are
     // their own, unlike those above. Column widths go with the fill and alignment that std::cout has.
+    // The lock orders this container's operations alone: std::cout belongs to the whole process, so lines of other
+    // threads may come between, and column widths may go astray while another container prints.
     // What the framework throws goes to the caller; lines already printed stay printed.
 
     /// A table of all installed bundles.

@@ -1,0 +1,14 @@
+// A record with more values than its message has gaps.
+// Error: a message takes exactly as many values as it has gaps
+#include "container/Record.h"
+
+#include <string>
+
+void use(const std::string& value)
+{
+#ifdef OSTREL_CORRECTED
+    OSTREL_RECORD(ostrel::us_container::messages::didNotStop, value);
+#else
+    OSTREL_RECORD(ostrel::us_container::messages::didNotStop, value, value);
+#endif
+}
