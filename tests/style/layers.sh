@@ -48,11 +48,11 @@ check examples "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Z
 # The contract tests run on a bare framework.
 check tests/contract "$std|$posix|$framework_api|<(gtest|gmock)/[a-z]+\.h>|\"support/[A-Za-z0-9]+\.h\"" tests/contract tests
 
-# Standard output belongs to the reports.
+# Standard output belongs to the console reports.
 writers=$(grep -rnE '<iostream>|std::(cout|puts|printf)' src/container src/platform include 2>/dev/null |
-    grep -v '^src/container/Reports.cpp:' || true)
+    grep -v '^src/container/ConsoleReports.cpp:' || true)
 if [[ -n "$writers" ]]; then
-    echo "standard output is used outside of Reports.cpp:"
+    echo "standard output is used outside of ConsoleReports.cpp:"
     echo "$writers"
     wrong=1
 fi
