@@ -9,6 +9,9 @@ using ::testing::IsEmpty;
 /// Notes which services are given back, in order.
 class UnloadServices : public ServicesFixture {
 protected:
+    /// What is still held is given back while the notes are still there to be written.
+    ~UnloadServices() override { container.unloadAllServices(); }
+
     template <typename Interface>
     ServiceReferenceU registerNoted(const std::string& note)
     {
