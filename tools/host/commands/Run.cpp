@@ -27,6 +27,7 @@ struct RunOptions {
     std::vector<std::string> when;
     std::vector<std::string> require;
     std::string logLevel = "problems";
+    bool console = false;
 };
 
 const std::map<std::string, LogLevel>& logLevels()
@@ -68,6 +69,17 @@ void unload(MicroServicesContainer& container, const FrameworkHost& host, Diagno
     }
 }
 
+/// The container prints its console reports to std::cout itself; only the other report takes the way through `out`.
+void report(MicroServicesContainer& container, bool console, std::ostream& out)
+{
+    if (console) {
+        container.printAllBundles();
+        container.printAllServices();
+    } else {
+        out << container.getMicroServicesString() << std::flush;
+    }
+}
+
 ExitStatus run(const RunOptions& options, Streams& io)
 {
     const FilterMap conditions = parseConditions(options.when, options.require);
@@ -79,8 +91,7 @@ ExitStatus run(const RunOptions& options, Streams& io)
         MicroServicesContainer container{host.context(), directory};
         guarded(host, "cannot start the bundles", [&] { container.startBundles(conditions); });
         guarded(host, "cannot load the services", [&] { container.loadServices(conditions); });
-        guarded(host, "cannot report the services",
-                [&] { io.out << container.getMicroServicesString() << std::flush; });
+        guarded(host, "cannot report the services", [&] { report(container, options.console, io.out); });
         unload(container, host, diagnostics);
     }
     host.stop();
@@ -105,6 +116,9 @@ Command addRun(CLI::App& program)
                     "NAME=VALUE: as --when, and what declares none of the required NAMEs is refused. May be repeated")
         ->type_name("NAME=VALUE")
         ->allow_extra_args(false);
+    app->add_flag("--console", options->console,
+                  "Print the console reports instead: a table of all installed bundles, then the names of the loaded "
+                  "services and the services of all installed bundles with their users");
     app->add_option("--log-level", options->logLevel,
                     "Diagnostic records shown on standard error: none; problems (malformed filters and failures, "
                     "0x100 and 0x200); decisions (also what was admitted or refused and why, 0x8); all (also loaded "
