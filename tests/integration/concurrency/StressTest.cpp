@@ -24,7 +24,7 @@ using ::testing::Not;
 using Names = std::vector<std::string>;
 
 constexpr unsigned threads = 8;
-constexpr unsigned rounds = 10;
+constexpr unsigned rounds = 5;
 
 /// CppMicroServices 3.8.4 forgets an object that its factory makes just while the service goes.
 constexpr bool everyObjectIsGivenBack = OSTREL_EMBEDDED_FRAMEWORK;
