@@ -82,7 +82,6 @@ public:
         const_iter(iterator const& it);
         const_iter(iter const& it);
         const_iter(ordered_any_map::const_iterator&& it);
-        ~const_iter();
         const_iter& operator=(iterator const& it);
 
         reference operator*() const;
@@ -111,7 +110,6 @@ public:
         iter();
         iter(iter const& it);
         iter(ordered_any_map::iterator&& it);
-        ~iter();
         iter& operator=(iter const& it);
 
         reference operator*() const;

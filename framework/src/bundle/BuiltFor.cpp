@@ -2,6 +2,7 @@
 
 #include "bundle_file/BundleFile.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <system_error>
 
@@ -18,12 +19,13 @@ std::vector<std::string> neededBy(std::string const& location)
 
 void refuseForeignLibrary(std::string const& location, std::vector<std::string> const& needed)
 {
-    for (auto const& name : needed) {
-        if (name.rfind("libCppMicroServices.so", 0) == 0) {
-            throw std::runtime_error("Failed to install bundle library at " + location +
-                                     ": it was built for an installed CppMicroServices (it needs " + name +
-                                     "), not for the embedded framework; build the bundle again against this one.");
-        }
+    auto const foreign = std::find_if(needed.begin(), needed.end(), [](std::string const& name) {
+        return name.rfind("libCppMicroServices.so", 0) == 0;
+    });
+    if (foreign != needed.end()) {
+        throw std::runtime_error("Failed to install bundle library at " + location +
+                                 ": it was built for an installed CppMicroServices (it needs " + *foreign +
+                                 "), not for the embedded framework; build the bundle again against this one.");
     }
 }
 

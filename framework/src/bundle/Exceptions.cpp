@@ -5,6 +5,7 @@
 
 namespace cppmicroservices {
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the signature that hosts compile against
 SecurityException::SecurityException(std::string what, Bundle origin)
     : std::runtime_error(what), m_origin(std::move(origin))
 {
@@ -17,6 +18,7 @@ Bundle SecurityException::GetBundle() const
     return m_origin;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): as above
 SharedLibraryException::SharedLibraryException(std::error_code ec, std::string what, Bundle origin)
     : std::system_error(ec, what), m_origin(std::move(origin))
 {

@@ -18,8 +18,8 @@ public:
 FrameworkEvent::FrameworkEvent() = default;
 
 FrameworkEvent::FrameworkEvent(Type type, Bundle const& bundle, std::string const& message,
-                               std::exception_ptr const exception)
-    : m_data(std::make_shared<FrameworkEventData>(FrameworkEventData{type, bundle, message, exception}))
+                               std::exception_ptr exception)
+    : m_data(std::make_shared<FrameworkEventData>(FrameworkEventData{type, bundle, message, std::move(exception)}))
 {
 }
 

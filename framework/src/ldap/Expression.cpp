@@ -8,8 +8,8 @@ namespace cppmicroservices::ldap {
 
 namespace {
 
-template <class List>
-void append(List& to, List&& from)
+template <class Item>
+void append(std::vector<Item>& to, std::vector<Item>&& from)
 {
     if (to.empty()) {
         to = std::move(from);

@@ -53,7 +53,8 @@ Expression Parser::parse()
         Part part = readComparison();
         bool another = false;
         while (!open.empty() && !another) {
-            open.back().add(std::move(part), m_expression);
+            // Moved from only until close() below gives the next one.
+            open.back().add(std::move(part), m_expression); // NOLINT(bugprone-use-after-move)
             skipBlanks();
             another = current() != ')';
             if (!another) {

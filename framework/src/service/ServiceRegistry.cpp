@@ -82,7 +82,7 @@ std::shared_ptr<ServiceRecord> ServiceRegistry::add(BundleContextPrivate const& 
     long const id = nextServiceId();
     auto described = propertiesAtRegistration(properties, id, names, scopeOf(factory));
 
-    auto const record = std::make_shared<ServiceRecord>(shared_from_this(), owner, id, names);
+    auto record = std::make_shared<ServiceRecord>(shared_from_this(), owner, id, names);
     record->m_object = object;
     record->m_factory = factory;
     record->m_properties = std::make_shared<AnyMap const>(std::move(described.all));

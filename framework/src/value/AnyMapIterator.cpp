@@ -41,9 +41,8 @@ void advance(Position& position)
 
 any_map::const_iter::const_iter() = default;
 any_map::const_iter::const_iter(iterator const& it) = default;
-any_map::const_iter::const_iter(position it) : m_it(std::move(it)) {}
+any_map::const_iter::const_iter(position it) : m_it(it) {}
 any_map::const_iter::const_iter(ordered_any_map::const_iterator&& it) : m_it(std::in_place_index<1>, it) {}
-any_map::const_iter::~const_iter() = default;
 any_map::const_iter& any_map::const_iter::operator=(iterator const& it) = default;
 
 any_map::const_iter::const_iter(iter const& it)
@@ -98,9 +97,8 @@ bool any_map::const_iter::operator!=(iterator const& x) const
 
 any_map::iter::iter() = default;
 any_map::iter::iter(iter const& it) = default;
-any_map::iter::iter(position it) : m_it(std::move(it)) {}
+any_map::iter::iter(position it) : m_it(it) {}
 any_map::iter::iter(ordered_any_map::iterator&& it) : m_it(std::in_place_index<1>, it) {}
-any_map::iter::~iter() = default;
 any_map::iter& any_map::iter::operator=(iter const& it) = default;
 
 any_map::iter::reference any_map::iter::operator*() const
