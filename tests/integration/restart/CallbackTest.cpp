@@ -22,11 +22,11 @@ protected:
 
     RestartCallback()
     {
-        atStart("alpha", [this](BundleContext context) {
+        atStart("alpha", [destruction = m_destruction](BundleContext context) {
             for (int i = 0; i < services; ++i) {
-                const auto get = [this] {
+                const auto get = [destruction] {
                     return cppmicroservices::InterfaceMapConstPtr{cppmicroservices::MakeInterfaceMap<Greeter>(
-                        std::make_shared<DyingGreeter>([this] { destroyed(); }))};
+                        std::make_shared<DyingGreeter>([destruction] { destruction->happened(); }))};
                 };
                 registerFactory(context, get, {}, {{"number", std::to_string(i)}});
             }
@@ -41,30 +41,34 @@ protected:
         clear();
     }
 
-    ~RestartCallback() override { m_callback = nullptr; }
-
     void restartWith(const std::function<void()>& callback)
     {
-        m_callback = callback;
+        m_destruction->callback = callback;
         container.restartBundle(locationOf("alpha"));
-        m_callback = nullptr;
+        m_destruction->callback = nullptr;
     }
 
-    int calls = 0;
+    int calls() const { return m_destruction->calls; }
 
 private:
-    void destroyed()
-    {
-        if (m_callback && !m_running) {
-            m_running = true;
-            ++calls;
-            m_callback();
-            m_running = false;
+    /// Shared with the services, some of which live longer than the test.
+    struct Destruction {
+        void happened()
+        {
+            if (callback && !running) {
+                running = true;
+                ++calls;
+                callback();
+                running = false;
+            }
         }
-    }
 
-    std::function<void()> m_callback;
-    bool m_running = false;
+        std::function<void()> callback;
+        bool running = false;
+        int calls = 0;
+    };
+
+    std::shared_ptr<Destruction> m_destruction = std::make_shared<Destruction>();
 };
 
 class EachCallback : public RestartCallback, public ::testing::WithParamInterface<Callback> {};
@@ -73,7 +77,7 @@ TEST_P(EachCallback, GivenIt_WhenServicesAreDestroyedByTheRestart_ThenTheRestart
 {
     restartWith([this] { GetParam().run(container, locationOf("alpha")); });
 
-    EXPECT_THAT(calls, Gt(0));
+    EXPECT_THAT(calls(), Gt(0));
     EXPECT_EQ(bundle("alpha").GetState(), active);
     EXPECT_TRUE(lockIsFree(container));
     container.unloadAllServices();
