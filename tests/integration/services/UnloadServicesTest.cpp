@@ -69,6 +69,19 @@ TEST_F(UnloadServices, GivenUnknownNameInTheMiddle_WhenUnloaded_ThenTheOthersAre
     EXPECT_THAT(released, ElementsAre("greeter", "singer"));
 }
 
+TEST_F(UnloadServices, GivenListThatAReleaseExtends_WhenUnloaded_ThenTheNewNameIsVisitedToo)
+{
+    Names names{greeterName};
+    names.reserve(2); // so that whoever walked the list by iterators would still end, and miss the name
+    registerFactory(host.context(), newMap<Greeter>, [&names] { names.push_back(singerName); });
+    registerNoted<Singer>("singer");
+    container.loadServices(Names{greeterName, singerName});
+
+    container.unloadServices(names);
+
+    EXPECT_THAT(released, ElementsAre("singer"));
+}
+
 TEST_F(UnloadServices, GivenServicesBeingReleased_WhenAnotherThreadAsks_ThenTheLockIsFree)
 {
     LockProbe probe{container, patience};
