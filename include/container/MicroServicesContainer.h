@@ -161,9 +161,11 @@ public:
     /// others; their names stay recorded. After the restart every recorded name is loaded again. Only the bundle itself
     /// is stopped, none of its users.
     ///
-    /// @param location  a location that the framework knows; any other does nothing. The same string goes to
-    ///                  stopBundle() and startBundle() as a name, so the bundle comes back only if it was started under
-    ///                  a name equal to its location.
+    /// The same string goes to stopBundle() and startBundle() as a name. Once stopped, the bundle is looked for as for
+    /// any new name: under `location` below the bundle directory. It comes back only where that path leads to its file,
+    /// for instance with an empty directory path; elsewhere the failed installation is logged and it stays stopped.
+    ///
+    /// @param location  a location that the framework knows; any other string does nothing
     /// @throws  what the framework, stopBundle(), startBundle() and loadService() throw; services let go before the
     ///          exception stay so until they are loaded again
     /// @locks   m_mutex, but not while the collected references are dropped; the held services go under it
