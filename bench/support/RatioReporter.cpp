@@ -20,7 +20,9 @@ double median(std::vector<double> values)
 void RatioReporter::ReportRuns(const std::vector<Run>& runs)
 {
     for (const Run& run : runs) {
-        if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
+        // With aggregates alone there are no single repetitions, but the median that is wanted.
+        const bool isTime = run.run_type == Run::RT_Iteration || run.aggregate_name == "median";
+        if (isTime && !run.error_occurred) {
             m_cpuTimes[run.run_name.str()].push_back(run.GetAdjustedCPUTime());
         }
     }

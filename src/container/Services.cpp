@@ -82,7 +82,10 @@ void MicroServicesContainer::unloadAllServices()
         const std::lock_guard lock{m_mutex};
         names = loadedServiceNames();
     }
-    unloadServices(names);
+    // As unloadServices() does, less its copies: nobody else reaches this list.
+    for (const std::string& name : names) {
+        unloadService(name);
+    }
 }
 
 std::vector<std::string> MicroServicesContainer::listManuallyLoadedBundles() const
