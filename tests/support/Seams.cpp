@@ -1,30 +1,19 @@
 #include "support/Seams.h"
 
 #include "platform/InstallBundles.h"
+#include "support/NextDefinition.h"
 
-#include <dlfcn.h>
 #include <sched.h>
-#include <stdexcept>
 #include <utility>
 
 using cppmicroservices::Bundle;
 using cppmicroservices::BundleContext;
 using ostrel::platform::Utf16Path;
+using ostrel::test::nextDefinition;
 
 namespace {
 
 ostrel::test::Seams* current = nullptr;
-
-// A member function takes its object as a plain first argument, on every platform that this project is built for.
-template <typename Function>
-Function* next(const char* symbol)
-{
-    void* const found = ::dlsym(RTLD_NEXT, symbol);
-    if (found == nullptr) {
-        throw std::logic_error{std::string{"no library defines "} + symbol};
-    }
-    return reinterpret_cast<Function*>(found);
-}
 
 } // namespace
 
@@ -42,18 +31,18 @@ Seams::~Seams()
 
 void reallyStart(Bundle& bundle)
 {
-    next<void(Bundle*)>("_ZN16cppmicroservices6Bundle5StartEv")(&bundle);
+    nextDefinition<void(Bundle*)>("_ZN16cppmicroservices6Bundle5StartEv")(&bundle);
 }
 
 void reallyStop(Bundle& bundle)
 {
-    next<void(Bundle*)>("_ZN16cppmicroservices6Bundle4StopEv")(&bundle);
+    nextDefinition<void(Bundle*)>("_ZN16cppmicroservices6Bundle4StopEv")(&bundle);
 }
 
 std::vector<Bundle> reallyInstallBundles(BundleContext context, const Utf16Path& path)
 {
     constexpr auto symbol = "_ZN6ostrel8platform14installBundlesEN16cppmicroservices13BundleContextERKNS0_9Utf16PathE";
-    return next<std::vector<Bundle>(BundleContext, const Utf16Path&)>(symbol)(std::move(context), path);
+    return nextDefinition<std::vector<Bundle>(BundleContext, const Utf16Path&)>(symbol)(std::move(context), path);
 }
 
 } // namespace ostrel::test
@@ -81,7 +70,7 @@ Bundle::State Bundle::GetState() const
     if (current != nullptr && current->getState) {
         return current->getState(*this);
     }
-    return next<State(const Bundle*)>("_ZNK16cppmicroservices6Bundle8GetStateEv")(this);
+    return nextDefinition<State(const Bundle*)>("_ZNK16cppmicroservices6Bundle8GetStateEv")(this);
 }
 
 std::string Bundle::GetLocation() const
@@ -89,7 +78,7 @@ std::string Bundle::GetLocation() const
     if (current != nullptr && current->getLocation) {
         return current->getLocation(*this);
     }
-    return next<std::string(const Bundle*)>("_ZNK16cppmicroservices6Bundle11GetLocationB5cxx11Ev")(this);
+    return nextDefinition<std::string(const Bundle*)>("_ZNK16cppmicroservices6Bundle11GetLocationB5cxx11Ev")(this);
 }
 
 std::vector<Bundle> BundleContext::GetBundles(const std::string& location) const
@@ -99,7 +88,7 @@ std::vector<Bundle> BundleContext::GetBundles(const std::string& location) const
     }
     constexpr auto symbol = "_ZNK16cppmicroservices13BundleContext10GetBundlesERKNSt7__cxx1112basic_stringIcSt11char_"
                             "traitsIcESaIcEEE";
-    return next<std::vector<Bundle>(const BundleContext*, const std::string&)>(symbol)(this, location);
+    return nextDefinition<std::vector<Bundle>(const BundleContext*, const std::string&)>(symbol)(this, location);
 }
 
 std::vector<Bundle> ostrel::platform::installBundles(BundleContext context, const Utf16Path& path)

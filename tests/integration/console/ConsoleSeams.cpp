@@ -1,28 +1,17 @@
 #include "integration/console/ConsoleSeams.h"
 
-#include <cppmicroservices/BundleContext.h>
+#include "support/NextDefinition.h"
 
-#include <dlfcn.h>
-#include <stdexcept>
+#include <cppmicroservices/BundleContext.h>
 
 using cppmicroservices::AnyMap;
 using cppmicroservices::Bundle;
 using cppmicroservices::BundleContext;
+using ostrel::test::nextDefinition;
 
 namespace {
 
 ostrel::test::ConsoleSeams* current = nullptr;
-
-// A member function takes its object as a plain first argument, on every platform that this project is built for.
-template <typename Function>
-Function* next(const char* symbol)
-{
-    void* const found = ::dlsym(RTLD_NEXT, symbol);
-    if (found == nullptr) {
-        throw std::logic_error{std::string{"no library defines "} + symbol};
-    }
-    return reinterpret_cast<Function*>(found);
-}
 
 } // namespace
 
@@ -40,7 +29,8 @@ ConsoleSeams::~ConsoleSeams()
 
 std::string reallyGetSymbolicName(const Bundle& bundle)
 {
-    return next<std::string(const Bundle*)>("_ZNK16cppmicroservices6Bundle15GetSymbolicNameB5cxx11Ev")(&bundle);
+    return nextDefinition<std::string(const Bundle*)>("_ZNK16cppmicroservices6Bundle15GetSymbolicNameB5cxx11Ev")(
+        &bundle);
 }
 
 } // namespace ostrel::test
@@ -50,7 +40,8 @@ std::vector<Bundle> BundleContext::GetBundles() const
     if (current != nullptr && current->getAllBundles) {
         return current->getAllBundles();
     }
-    return next<std::vector<Bundle>(const BundleContext*)>("_ZNK16cppmicroservices13BundleContext10GetBundlesEv")(this);
+    return nextDefinition<std::vector<Bundle>(const BundleContext*)>(
+        "_ZNK16cppmicroservices13BundleContext10GetBundlesEv")(this);
 }
 
 std::string Bundle::GetSymbolicName() const
@@ -66,5 +57,5 @@ const AnyMap& Bundle::GetHeaders() const
     if (current != nullptr && current->getHeaders) {
         return current->getHeaders(*this);
     }
-    return next<const AnyMap&(const Bundle*)>("_ZNK16cppmicroservices6Bundle10GetHeadersEv")(this);
+    return nextDefinition<const AnyMap&(const Bundle*)>("_ZNK16cppmicroservices6Bundle10GetHeadersEv")(this);
 }
