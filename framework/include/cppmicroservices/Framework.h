@@ -34,7 +34,8 @@ public:
 
     /// Waits until a stop has ended, at most `timeout` (0: without limit).
     ///
-    /// @return FRAMEWORK_STOPPED; FRAMEWORK_WAIT_TIMEDOUT after `timeout`; FRAMEWORK_ERROR when neither started nor stopped before
+    /// @return FRAMEWORK_STOPPED; FRAMEWORK_WAIT_TIMEDOUT after `timeout`; FRAMEWORK_ERROR when neither started nor
+    ///         stopped before
     /// @throws std::runtime_error when waiting without limit could never end: called from inside an activator of one
     ///         of the framework's bundles, or from the thread that is stopping the framework
     FrameworkEvent WaitForStop(std::chrono::milliseconds const& timeout);

@@ -1,6 +1,7 @@
-# cmake -DARGUMENTS=<text> -DTEXT=<text> -DBINARY_DIR=<dir> -P ExpectRefusal.cmake
+# cmake -DARGUMENTS=<text> -DTEXT=<text> -DBINARY_DIR=<dir> -DGENERATOR=<name> -P ExpectRefusal.cmake
 execute_process(
-  COMMAND "${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}/project" -B "${BINARY_DIR}" "-DARGUMENTS=${ARGUMENTS}"
+  COMMAND "${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}/project" -B "${BINARY_DIR}" -G "${GENERATOR}"
+    "-DARGUMENTS=${ARGUMENTS}"
   RESULT_VARIABLE result
   OUTPUT_VARIABLE output
   ERROR_VARIABLE said)
