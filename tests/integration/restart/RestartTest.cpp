@@ -167,6 +167,23 @@ TEST_F(RestartBundle, GivenNameUnloaded_WhenRestarted_ThenItIsNotLoadedAgain)
     EXPECT_THAT(log.records(), IsEmpty());
 }
 
+TEST_F(RestartBundle, GivenNameUnloadedByTheStoppingActivator_WhenRestarted_ThenItIsNotLoadedAgain)
+{
+    started("alpha");
+    provide<Singer>(started("other"), "singer");
+    container.loadService(singerName);
+    clear();
+
+    restartWatched(locationOf("alpha"), [this](const std::string& step) {
+        if (step == "stop alpha") {
+            container.unloadService(singerName);
+        }
+    });
+
+    EXPECT_THAT(trail, ElementsAre("stop alpha", "release singer", "start alpha"));
+    EXPECT_THAT(container.listManuallyLoadedServices(), IsEmpty());
+}
+
 TEST_F(RestartBundle, GivenNullServiceHeld_WhenRestarted_ThenItsEntryIsErasedToo)
 {
     int asked = 0;
