@@ -140,6 +140,9 @@ run_programs() {
 work=$root/build/mutation-$framework
 tree=$work/tree build=$work/build
 mkdir -p "$work"
+# Two runs in one copy would see each other's mutations.
+exec 9>"$work/lock"
+flock -n 9 || fail "another run is under way in $work"
 read_lists
 echo "copying the sources to $tree"
 copy_tree
