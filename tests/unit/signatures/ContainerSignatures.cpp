@@ -94,11 +94,12 @@ static_assert(isExactly<std::string (Container::*)()>(&Container::getMicroServic
 static_assert(isExactly<ConstOnName>(&Container::printBundleProperties));
 static_assert(isExactly<OnName>(&Container::printServiceProperties));
 
-// Overloaded ones: each of these types, not const where it is not said.
+// Overloaded ones: each of these types, not const where it is not said. The call compiles only if there is such an
+// overload; the pointer is not compared, because under a sanitizer g++ takes no such comparison for a constant.
 template <typename Promised>
-constexpr bool isOverload(Promised found)
+constexpr bool isOverload(Promised)
 {
-    return found != nullptr;
+    return true;
 }
 
 static_assert(isOverload<OnNames>(&Container::startBundles));
