@@ -1,4 +1,6 @@
 # cmake -DARGUMENTS=<text> -DTEXT=<text> -DBINARY_DIR=<dir> -DGENERATOR=<name> -P ExpectRefusal.cmake
+# A folder of an earlier run may have another generator.
+file(REMOVE_RECURSE "${BINARY_DIR}")
 execute_process(
   COMMAND "${CMAKE_COMMAND}" -S "${CMAKE_CURRENT_LIST_DIR}/project" -B "${BINARY_DIR}" -G "${GENERATOR}"
     "-DARGUMENTS=${ARGUMENTS}"
