@@ -2,6 +2,7 @@
 
 #include "support/Echo.h"
 
+#include <cppmicroservices/Constants.h>
 #include <cppmicroservices/FrameworkEvent.h>
 #include <cppmicroservices/FrameworkFactory.h>
 
@@ -16,7 +17,7 @@ namespace {
 cppmicroservices::FrameworkConfiguration configuration(int count)
 {
     return {{serviceCountProperty, cppmicroservices::Any(count)},
-            {"org.cppmicroservices.library.load.options", cppmicroservices::Any(int{RTLD_NOW})}};
+            {cppmicroservices::Constants::LIBRARY_LOAD_OPTIONS, cppmicroservices::Any(int{RTLD_NOW})}};
 }
 
 } // namespace

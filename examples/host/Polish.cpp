@@ -2,6 +2,7 @@
 
 #include <platform/Utf16Path.h>
 
+#include <cppmicroservices/Constants.h>
 #include <cppmicroservices/Framework.h>
 #include <cppmicroservices/FrameworkEvent.h>
 #include <cppmicroservices/FrameworkFactory.h>
@@ -73,7 +74,7 @@ int main(int argc, char** argv)
         logToStandardError();
         // With RTLD_NOW a bundle that lacks a symbol fails to start, instead of ending the process later.
         auto framework = cppmicroservices::FrameworkFactory().NewFramework(cppmicroservices::FrameworkConfiguration{
-            {"org.cppmicroservices.library.load.options", Any{static_cast<int>(RTLD_NOW)}}});
+            {cppmicroservices::Constants::LIBRARY_LOAD_OPTIONS, Any{static_cast<int>(RTLD_NOW)}}});
         framework.Start();
         polish(framework.GetBundleContext(), argv[1],
                FilterMap{{"language", {argv[2], false}}, {"mode", {argc == 4 ? argv[3] : "batch", false}}});

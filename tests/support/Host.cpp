@@ -2,6 +2,7 @@
 
 #include "support/TestBundles.h"
 
+#include <cppmicroservices/Constants.h>
 #include <cppmicroservices/FrameworkEvent.h>
 #include <cppmicroservices/FrameworkFactory.h>
 
@@ -17,7 +18,7 @@ cppmicroservices::Framework startedFramework()
 {
     cppmicroservices::FrameworkConfiguration configuration;
     // An undefined symbol is then an exception at the start and never the end of the process.
-    configuration["org.cppmicroservices.library.load.options"] = static_cast<int>(RTLD_NOW);
+    configuration[cppmicroservices::Constants::LIBRARY_LOAD_OPTIONS] = static_cast<int>(RTLD_NOW);
     cppmicroservices::Framework framework = cppmicroservices::FrameworkFactory{}.NewFramework(configuration);
     framework.Start();
     return framework;

@@ -4,6 +4,7 @@
 
 #include <cppmicroservices/Any.h>
 #include <cppmicroservices/AnyMap.h>
+#include <cppmicroservices/Constants.h>
 #include <cppmicroservices/FrameworkEvent.h>
 #include <cppmicroservices/FrameworkFactory.h>
 
@@ -24,7 +25,7 @@ Framework newFramework()
 {
     // With RTLD_NOW a bundle that lacks a symbol fails to start, instead of ending the process at some later call.
     return cppmicroservices::FrameworkFactory().NewFramework(cppmicroservices::FrameworkConfiguration{
-        {"org.cppmicroservices.library.load.options", Any{static_cast<int>(RTLD_NOW)}}});
+        {cppmicroservices::Constants::LIBRARY_LOAD_OPTIONS, Any{static_cast<int>(RTLD_NOW)}}});
 }
 
 void checkComponentName(const Bundle& bundle)
