@@ -1,6 +1,8 @@
 #include "cppmicroservices/AnyMap.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
 #include <string_view>
 
 namespace cppmicroservices {
@@ -8,10 +10,9 @@ namespace cppmicroservices {
 namespace {
 
 // Not std::tolower: keys must not depend on the process's locale.
-constexpr unsigned char folded(char c)
+constexpr char folded(char c)
 {
-    const auto byte = static_cast<unsigned char>(c);
-    return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte - 'A' + 'a') : byte;
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 } // namespace
@@ -20,12 +21,17 @@ namespace detail {
 
 std::size_t any_map_cihash::operator()(std::string const& key) const
 {
-    // FNV-1a over the folded bytes: no folded copy of the key is made.
-    std::uint64_t hash = 0xcbf29ce484222325U;
-    for (const char c : key) {
-        hash = (hash ^ folded(c)) * 0x100000001b3U;
+    // The hash of the folded key, since the order of iteration follows from it and programs print whole maps. Keys are
+    // short: their folded copies need no memory.
+    const auto fold = [&key](char* to) { std::transform(key.begin(), key.end(), to, folded); };
+    std::array<char, 64> usual{};
+    if (key.size() <= usual.size()) {
+        fold(usual.data());
+        return std::hash<std::string_view>()({usual.data(), key.size()});
     }
-    return static_cast<std::size_t>(hash);
+    std::string copy(key.size(), '\0');
+    fold(copy.data());
+    return std::hash<std::string_view>()(copy);
 }
 
 bool any_map_ciequal::operator()(std::string const& l, std::string const& r) const

@@ -11,6 +11,14 @@ TEST(AnyEquality, GivenAnEmptyRightSide_WhenCompared_ThenItIsUnequal)
     EXPECT_FALSE((AnyMap{{"a", Any()}} == AnyMap{{"a", Any()}}));
 }
 
+TEST(AnyIndent, GivenAControlCharacter_WhenWrittenWithIndentation_ThenBlanksStillIndent)
+{
+    const Any value(std::vector<std::string>{"\x01", "a"});
+
+    EXPECT_EQ(value.ToJSON(true), "[\n    \"\\u0001\",\n    \"a\"\n]");
+    EXPECT_EQ(value.ToCPP(true), "AnyVector {{\n    std::string(\"\\u0001\"),\n    std::string(\"a\")\n}}");
+}
+
 TEST(AnyMapMove, GivenAMovedFromMap_WhenRead_ThenItIsEmptyAndKeepsItsKind)
 {
     for (const auto kind : {AnyMap::ORDERED_MAP, AnyMap::UNORDERED_MAP, AnyMap::UNORDERED_MAP_CASEINSENSITIVE_KEYS}) {

@@ -134,3 +134,15 @@ TEST(CompoundKey, GivenADefault_WhenTheWayEnds_ThenTheDefaultIsReturned)
     }
     EXPECT_EQ(map.AtCompoundKey("n.x", std::string("none")).ToString(), "5");
 }
+
+TEST(AnyMapOrder, GivenKeysOfAnyCase_WhenHashed_ThenTheHashIsThatOfTheKeyInLowerCase)
+{
+    // The order in which such a map is iterated and written follows from it.
+    const AnyMap::unordered_any_cimap::hasher hash;
+    const std::string plain("service.id");
+    const std::string longOne(100, 'x');
+
+    EXPECT_EQ(hash("Service.ID"), std::hash<std::string>()(plain));
+    EXPECT_EQ(hash(std::string(100, 'X')), std::hash<std::string>()(longOne));
+    EXPECT_EQ(hash(""), std::hash<std::string>()(std::string()));
+}
