@@ -25,6 +25,8 @@ void readArchive(std::string_view bytes, SearchIn where, std::uint64_t appendedF
         if (contents.format == Format::other && place.begin == 0) {
             contents.format = Format::zip;
         }
+        contents.archiveBegin = place.begin;
+        contents.archiveEnd = place.end;
         readZip(bytes.substr(place.begin, place.end - place.begin), contents);
     }
 }
@@ -65,7 +67,9 @@ Contents read(const std::string& path)
     if (file.size() > fileLimit) {
         throw std::system_error{EFBIG, std::generic_category(), "cannot read '" + path + "'"};
     }
-    return inspect(file.read(0, file.size()));
+    Contents contents = inspect(file.read(0, file.size()));
+    contents.stamp = file.stamp();
+    return contents;
 }
 
 } // namespace ostrel::bundle_file

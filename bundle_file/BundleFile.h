@@ -1,6 +1,9 @@
 #pragma once
 
+#include "bundle_file/FileStamp.h"
+
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,9 +40,12 @@ struct Contents {
     bool truncated = false;          ///< ELF: the headers promise more than the file has; its archive is not looked for
     std::vector<std::string> needed; ///< ELF: DT_NEEDED names, in file order
     Archive archive = Archive::none;
-    std::string damage;          ///< why, when `truncated` or `Archive::damaged`
-    bool rootManifest = false;   ///< the archive has a manifest.json outside of any folder
-    std::vector<Folder> folders; ///< in ascending byte order of name; empty unless `Archive::readable`
+    std::string damage;             ///< why, when `truncated` or `Archive::damaged`
+    bool rootManifest = false;      ///< the archive has a manifest.json outside of any folder
+    std::vector<Folder> folders;    ///< in ascending byte order of name; empty unless `Archive::readable`
+    std::uint64_t archiveBegin = 0; ///< where a readable archive lies in the file
+    std::uint64_t archiveEnd = 0;
+    FileStamp stamp; ///< of the file; only read() knows it
 };
 
 /// A manifest of more bytes counts as damage, as do all manifests of one file together above four times as many.

@@ -10,12 +10,24 @@
 namespace ostrel::bundle_file {
 namespace {
 
+FileStamp stampOf(const struct stat& status)
+{
+    return {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size), status.st_mtim.tv_sec,
+            status.st_mtim.tv_nsec};
+}
+
 [[noreturn]] void fail(int error, const std::string& path)
 {
     throw std::system_error{error, std::generic_category(), "cannot read '" + path + "'"};
 }
 
 } // namespace
+
+FileStamp stampOf(int descriptor)
+{
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 ? stampOf(status) : FileStamp{};
+}
 
 FileBytes::FileBytes(const std::string& path) : m_path{path}
 {
@@ -36,7 +48,7 @@ FileBytes::FileBytes(const std::string& path) : m_path{path}
         ::close(m_descriptor);
         fail(error, path);
     }
-    m_size = static_cast<std::uint64_t>(status.st_size);
+    m_stamp = stampOf(status);
 }
 
 FileBytes::~FileBytes()

@@ -1,9 +1,14 @@
 #pragma once
 
+#include "bundle_file/FileStamp.h"
+
 #include <cstdint>
 #include <string>
 
 namespace ostrel::bundle_file {
+
+/// The stamp of an open file; one that no file has when it cannot be told.
+FileStamp stampOf(int descriptor);
 
 /// A regular file that is open for reading. Bytes are copied rather than mapped: a file that somebody shortens
 /// meanwhile then reads as a short one and does not end the process.
@@ -16,7 +21,9 @@ public:
     FileBytes& operator=(const FileBytes&) = delete;
 
     /// The size when it was opened, in bytes.
-    std::uint64_t size() const { return m_size; }
+    std::uint64_t size() const { return m_stamp.size; }
+    /// When it was opened.
+    const FileStamp& stamp() const { return m_stamp; }
 
     /// At most `length` bytes from `offset` on; fewer where the file ends.
     /// @throws std::system_error with the file's path
@@ -25,7 +32,7 @@ public:
 private:
     std::string m_path;
     int m_descriptor = -1;
-    std::uint64_t m_size = 0;
+    FileStamp m_stamp;
 };
 
 } // namespace ostrel::bundle_file

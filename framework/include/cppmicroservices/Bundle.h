@@ -16,6 +16,7 @@
 namespace cppmicroservices {
 
 class BundleContext;
+class BundleResource;
 template <class S>
 class ServiceReference;
 using ServiceReferenceU = ServiceReference<void>;
@@ -102,6 +103,30 @@ public:
     ///
     /// @throws std::logic_error when the bundle is uninstalled
     std::vector<ServiceReferenceU> GetServicesInUse() const;
+
+    /// The file or folder of that path in the bundle's folder; an invalid resource when there is none.
+    ///
+    /// The path may begin with a slash, several slashes in a row count as one, and the case of the letters A to Z
+    /// matters only between names that differ by nothing else. A folder's path ends in a slash, "/" is the bundle's own
+    /// folder. "." and ".." mean nothing special. A folder is found only when the archive has an entry of its own for
+    /// it.
+    ///
+    /// @throws std::logic_error when the bundle is uninstalled
+    /// @throws std::runtime_error when the bundle was installed from a file without an archive; or when the file was
+    ///         removed or changed before a resource of it was first asked for
+    /// @locks  that of the bundle's file, when it is opened by this
+    BundleResource GetResource(std::string const& path) const;
+
+    /// The files and folders in the folder `path` whose names match; a name is the last part of a path.
+    ///
+    /// @param path         slashes in front and behind may be left out; the case of letters matters
+    /// @param filePattern  texts with '*' between them that must occur in the name one after the other; they need not
+    ///                     begin or end it: "a*b" is the same as "*a*b*". Empty for all names.
+    /// @param recurse      whether to look into the folders in it too
+    /// @return in ascending byte order of name, a folder after what is in it; nothing when there is no such folder
+    /// @throws as GetResource()
+    std::vector<BundleResource> FindResources(std::string const& path, std::string const& filePattern,
+                                              bool recurse) const;
 
     /// When the bundle was installed.
     TimeStamp GetLastModified() const;

@@ -5,9 +5,11 @@
 #include "bundle/BundleRecord.h"
 #include "framework/FrameworkCore.h"
 #include "framework/HandleAccess.h"
+#include "resource/ResourceSearch.h"
 #include "service/ServiceRegistry.h"
 
 #include "cppmicroservices/BundleContext.h"
+#include "cppmicroservices/BundleResource.h"
 
 #include <ostream>
 #include <stdexcept>
@@ -39,12 +41,17 @@ std::vector<ServiceReferenceU> toHandles(core::ServiceRegistry::References const
     return handles;
 }
 
-/// The running bundle's context, or null; throws for an uninstalled bundle.
-std::shared_ptr<BundleContextPrivate> contextOf(core::BundleRecord const& record)
+void requireInstalled(core::BundleRecord const& record)
 {
     if (record.state() == Bundle::STATE_UNINSTALLED) {
         throw std::logic_error(record.text() + " is in UNINSTALLED state");
     }
+}
+
+/// The running bundle's context, or null; throws for an uninstalled bundle.
+std::shared_ptr<BundleContextPrivate> contextOf(core::BundleRecord const& record)
+{
+    requireInstalled(record);
     return record.context();
 }
 
@@ -141,6 +148,22 @@ std::vector<ServiceReferenceU> Bundle::GetServicesInUse() const
     auto const& record = HandleAccess::requireRecord(*this);
     auto const context = contextOf(*record);
     return context ? toHandles(context->services()->usedBy(*record)) : std::vector<ServiceReferenceU>();
+}
+
+BundleResource Bundle::GetResource(std::string const& path) const
+{
+    auto const& record = *HandleAccess::requireRecord(*this);
+    requireInstalled(record);
+    return record.resources() ? core::getResource(*record.resources(), record.name(), path) : BundleResource();
+}
+
+std::vector<BundleResource> Bundle::FindResources(std::string const& path, std::string const& filePattern,
+                                                  bool recurse) const
+{
+    auto const& record = *HandleAccess::requireRecord(*this);
+    requireInstalled(record);
+    return record.resources() ? core::findResources(*record.resources(), record.name(), path, filePattern, recurse)
+                              : std::vector<BundleResource>();
 }
 
 Bundle::TimeStamp Bundle::GetLastModified() const

@@ -7,6 +7,7 @@
 #include "bundle_file/BundleFile.h"
 #include "framework/Events.h"
 #include "framework/FrameworkCore.h"
+#include "resource/ResourceFile.h"
 
 #include "cppmicroservices/Constants.h"
 
@@ -24,6 +25,7 @@ struct BundleRegistry::Candidate {
     std::string name;
     std::optional<std::string> text; // from the file; none when the folder has no manifest
     Any given;                       // from the caller; empty when from the file
+    std::shared_ptr<ResourceFile const> resources;
 };
 
 namespace {
@@ -55,10 +57,12 @@ std::vector<BundleRegistry::Candidate> BundleRegistry::candidatesIn(std::string 
     auto contents = read(location);
     refuseForeignLibrary(location, contents.needed);
 
+    auto folders = std::exchange(contents.folders, {});
+    auto const resources = std::make_shared<ResourceFile const>(location, contents);
     std::vector<Candidate> candidates;
     if (!manifests.empty()) {
         for (auto const& [name, manifest] : manifests) {
-            candidates.push_back({name, std::nullopt, manifest});
+            candidates.push_back({name, std::nullopt, manifest, resources});
         }
         std::sort(candidates.begin(), candidates.end(),
                   [](Candidate const& a, Candidate const& b) { return a.name < b.name; });
@@ -70,8 +74,8 @@ std::vector<BundleRegistry::Candidate> BundleRegistry::candidatesIn(std::string 
     if (contents.rootManifest) {
         throw std::runtime_error("Invalid zip archive layout for bundle at " + location);
     }
-    for (auto& folder : contents.folders) {
-        candidates.push_back({std::move(folder.name), std::move(folder.manifest), Any()});
+    for (auto& folder : folders) {
+        candidates.push_back({std::move(folder.name), std::move(folder.manifest), Any(), resources});
     }
     return candidates;
 }
@@ -100,7 +104,8 @@ BundleRegistry::Records BundleRegistry::missing(FrameworkCore& core, std::string
                 headers = any_cast<AnyMap>(candidate.given);
             }
             auto const version = checkManifest(headers, candidate.name, location);
-            auto record = core.makeRecord({id, candidate.name, location, version, std::move(headers)});
+            auto record =
+                core.makeRecord({id, candidate.name, location, version, std::move(headers), candidate.resources});
             requireNew(*record);
             made.push_back(std::move(record));
         } catch (std::exception const& e) {

@@ -18,6 +18,7 @@ namespace core {
 
 class FrameworkCore;
 class FrameworkHold;
+class ResourceFile;
 
 /// What never changes about a bundle.
 struct BundleIdentity {
@@ -26,6 +27,7 @@ struct BundleIdentity {
     std::string location;
     BundleVersion version;
     AnyMap headers;
+    std::shared_ptr<ResourceFile const> resources = nullptr; // none for the framework itself
 };
 
 /// A bundle as the framework knows it. Outlives the framework where a handle on it does.
@@ -38,6 +40,8 @@ public:
     std::string const& location() const { return m_identity.location; }
     BundleVersion const& version() const { return m_identity.version; }
     AnyMap const& headers() const { return m_identity.headers; }
+    /// Null for the framework itself.
+    std::shared_ptr<ResourceFile const> const& resources() const { return m_identity.resources; }
     Bundle::TimeStamp installedAt() const { return m_installedAt; }
     bool isSystemBundle() const { return m_identity.id == 0; }
 

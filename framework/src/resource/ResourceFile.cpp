@@ -1,0 +1,38 @@
+#include "resource/ResourceFile.h"
+
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace cppmicroservices::core {
+
+namespace {
+
+std::string absolute(std::string const& location)
+{
+    std::error_code error;
+    auto const path = std::filesystem::absolute(location, error);
+    return error ? location : path.string();
+}
+
+} // namespace
+
+ResourceFile::ResourceFile(std::string location, ostrel::bundle_file::Contents contents)
+    : m_location(std::move(location)), m_path(absolute(m_location)), m_contents(std::move(contents))
+{
+}
+
+std::shared_ptr<ResourceFile::Opened const> ResourceFile::open() const
+{
+    if (m_contents.archive != ostrel::bundle_file::Archive::readable) {
+        throw std::runtime_error("Could not init zip archive for bundle at " + m_location);
+    }
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    if (!m_opened) {
+        m_opened = std::make_shared<Opened const>(m_path, m_contents);
+    }
+    return m_opened;
+}
+
+} // namespace cppmicroservices::core

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "bundle_file/ArchiveReader.h"
+#include "bundle_file/BundleFile.h"
+#include "resource/ResourceTable.h"
+
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace cppmicroservices::core {
+
+/// The archive of a bundle file, opened when one of its resources is first asked for: most bundles have none but their
+/// manifest, and an open file each would soon be too many. Shared by the bundles that were installed from it together,
+/// and by their resources; it outlives their framework.
+///
+/// All functions may be called from any thread.
+class ResourceFile {
+public:
+    struct Opened {
+        explicit Opened(std::string const& location, ostrel::bundle_file::Contents const& contents)
+            : reader(location, contents), table(reader.entries())
+        {
+        }
+        ostrel::bundle_file::ArchiveReader reader;
+        ResourceTable table;
+    };
+
+    /// @param contents  what was found in the file when it was installed; the folders are not needed
+    ResourceFile(std::string location, ostrel::bundle_file::Contents contents);
+
+    /// @throws std::runtime_error that names the file when it has no archive, was removed or changed before this was
+    ///         first called, or cannot be read
+    /// @locks  the file's own, while it is opened
+    std::shared_ptr<Opened const> open() const;
+
+private:
+    std::string const m_location;
+    std::string const m_path; // the same, but independent of the current folder
+    ostrel::bundle_file::Contents const m_contents;
+    mutable std::mutex m_mutex; // guards m_opened
+    mutable std::shared_ptr<Opened const> m_opened;
+};
+
+} // namespace cppmicroservices::core
