@@ -16,6 +16,9 @@ class Bundle;
 class BundleContextPrivate;
 class ServiceFactory;
 
+template <class S>
+class ServiceObjects;
+
 namespace core {
 class HandleAccess;
 } // namespace core
@@ -122,6 +125,16 @@ public:
         return std::static_pointer_cast<S>(GetService(base));
     }
 
+    /// Through which a bundle gets several objects of a service with a prototype factory. Include ServiceObjects.h.
+    ///
+    /// @throws std::invalid_argument "The service reference is invalid"
+    template <class S>
+    ServiceObjects<S> GetServiceObjects(ServiceReference<S> const& reference)
+    {
+        requireContext();
+        return ServiceObjects<S>(m_context, reference);
+    }
+
     /// The path of a file of that name in the bundle's own folder below the framework's storage; "" for the framework
     /// itself. Makes no file and no folder.
     std::string GetDataFile(std::string const& filename) const;
@@ -139,6 +152,9 @@ private:
     friend class core::HandleAccess;
 
     explicit BundleContext(std::shared_ptr<BundleContextPrivate> ctx);
+
+    /// @throws std::runtime_error for a default constructed context
+    void requireContext() const;
 
     template <class S>
     static std::string const& interfaceId()

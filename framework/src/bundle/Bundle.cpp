@@ -48,11 +48,14 @@ void requireInstalled(core::BundleRecord const& record)
     }
 }
 
-/// The running bundle's context, or null; throws for an uninstalled bundle.
-std::shared_ptr<BundleContextPrivate> contextOf(core::BundleRecord const& record)
+/// The services of the bundle's framework, or null when that is gone; throws for an uninstalled bundle.
+std::shared_ptr<core::ServiceRegistry> servicesOf(core::BundleRecord const& record)
 {
-    requireInstalled(record);
-    return record.context();
+    if (record.state() == Bundle::STATE_UNINSTALLED) {
+        throw std::logic_error(record.text() + " is in UNINSTALLED state");
+    }
+    auto const core = record.core();
+    return core ? core->services() : nullptr;
 }
 
 } // namespace
@@ -139,15 +142,15 @@ AnyMap const& Bundle::GetHeaders() const
 std::vector<ServiceReferenceU> Bundle::GetRegisteredServices() const
 {
     auto const& record = HandleAccess::requireRecord(*this);
-    auto const context = contextOf(*record);
-    return context ? toHandles(context->services()->registeredBy(*record)) : std::vector<ServiceReferenceU>();
+    auto const services = servicesOf(*record);
+    return services ? toHandles(services->registeredBy(*record)) : std::vector<ServiceReferenceU>();
 }
 
 std::vector<ServiceReferenceU> Bundle::GetServicesInUse() const
 {
     auto const& record = HandleAccess::requireRecord(*this);
-    auto const context = contextOf(*record);
-    return context ? toHandles(context->services()->usedBy(*record)) : std::vector<ServiceReferenceU>();
+    auto const services = servicesOf(*record);
+    return services ? toHandles(services->usedBy(*record)) : std::vector<ServiceReferenceU>();
 }
 
 BundleResource Bundle::GetResource(std::string const& path) const

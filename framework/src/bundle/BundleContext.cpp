@@ -161,6 +161,13 @@ InterfaceMapConstPtr BundleContext::GetService(ServiceReferenceU const& referenc
     return data->record->registry().interfaces(data, *own.context);
 }
 
+void BundleContext::requireContext() const
+{
+    if (!m_context) {
+        throw std::runtime_error("The bundle context is no longer valid");
+    }
+}
+
 std::string BundleContext::GetDataFile(std::string const& filename) const
 {
     auto const own = access(m_context);

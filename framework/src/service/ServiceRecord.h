@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -17,7 +18,7 @@ namespace cppmicroservices::core {
 class BundleRecord;
 class ServiceRegistry;
 
-/// What one bundle uses of one service, from its first use to its last.
+/// One object of a service in the hands of one bundle, from its first use to its last.
 struct ServiceUse {
     explicit ServiceUse(std::shared_ptr<BundleRecord> theUser) : user(std::move(theUser)) {}
 
@@ -26,6 +27,14 @@ struct ServiceUse {
     std::size_t count = 0;       ///< 0 only while, or after, the factory did not deliver
     InterfaceMapConstPtr object; ///< what the factory made; null for a service without one
     bool over = false;           ///< a later use by the same bundle is another ServiceUse
+};
+
+/// All that one bundle uses of one service.
+struct BundleUses {
+    bool empty() const { return !shared && own.empty(); }
+
+    std::shared_ptr<ServiceUse> shared;                  ///< what each GetService() of the bundle gives; may be null
+    std::unordered_set<std::shared_ptr<ServiceUse>> own; ///< one for each object that a prototype factory made
 };
 
 /// A registered service as the framework knows it. Outlives the framework where a reference or registration does.
@@ -60,8 +69,8 @@ private:
     std::shared_ptr<ServiceFactory> m_factory;
     Properties m_properties; // never null, replaced as a whole
     int m_ranking = 0;
-    long m_shownId = 0; // the property "service.id"
-    std::unordered_map<BundleRecord const*, std::shared_ptr<ServiceUse>> m_uses;
+    long m_shownId = 0;                                         // the property "service.id"
+    std::unordered_map<BundleRecord const*, BundleUses> m_uses; // none of them is empty
 };
 
 /// What a reference handle points to; shared by all references that one query for an interface gives.

@@ -137,22 +137,33 @@ void ServiceRegistry::remove(std::shared_ptr<ServiceRecord> const& record)
 
     InterfaceMapConstPtr object;
     std::shared_ptr<ServiceFactory> factory;
-    std::unordered_map<BundleRecord const*, Use> uses;
+    std::unordered_map<BundleRecord const*, BundleUses> uses;
     {
         std::lock_guard<std::mutex> const lock(m_mutex);
         record->m_state = ServiceRecord::State::unregistered;
         object.swap(record->m_object);
         factory.swap(record->m_factory);
         uses.swap(record->m_uses);
-        for (auto const& [user, use] : uses) {
-            use->over = true;
+        for (auto const& [user, ofUser] : uses) {
+            if (ofUser.shared) {
+                ofUser.shared->over = true;
+            }
+            for (auto const& use : ofUser.own) {
+                use->over = true;
+            }
             m_index.removeUse(*user, *record);
         }
     }
+    if (!factory) {
+        return;
+    }
     for (auto const& entry : uses) {
-        auto const& use = *entry.second;
-        if (factory && use.object) {
-            giveBack(*factory, record, use, use.object);
+        auto const& ofUser = entry.second;
+        for (auto const& use : ofUser.own) {
+            giveBack(*factory, record, *use, Reason::unregistered);
+        }
+        if (ofUser.shared && ofUser.shared->object) {
+            giveBack(*factory, record, *ofUser.shared, Reason::unregistered);
         }
     }
 }

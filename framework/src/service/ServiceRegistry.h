@@ -56,7 +56,12 @@ public:
     /// The same, with all interfaces.
     InterfaceMapConstPtr interfaces(Reference const& reference, BundleContextPrivate const& context);
 
-    /// Ends one use. Called by the deleter of what the two functions above return.
+    /// As object() and interfaces(), but another object each time when the service has a prototype factory, and null
+    /// when it is no longer registered.
+    std::shared_ptr<void> ownObject(Reference const& reference, BundleContextPrivate const& context);
+    InterfaceMapConstPtr ownInterfaces(Reference const& reference, BundleContextPrivate const& context);
+
+    /// Ends one use. Called by the deleter of what the functions above return.
     void release(std::shared_ptr<ServiceRecord> const& record, std::shared_ptr<ServiceUse> const& use) noexcept;
 
     /// The bundle of the context is stopping: unregisters its services, in order of registration, and refuses further
@@ -85,14 +90,22 @@ private:
     struct Granted {
         Use use;
         InterfaceMapConstPtr interfaces;
+        bool registered = true; ///< if not, there is nothing to grant
     };
 
+    /// Why an object is given back to its factory.
+    enum class Reason { released, unregistered };
+
     Granted acquire(std::shared_ptr<ServiceRecord> const& record, BundleContextPrivate const& context);
+    Granted acquireOwn(std::shared_ptr<ServiceRecord> const& record, BundleContextPrivate const& context);
     Granted makeWithFactory(std::shared_ptr<ServiceRecord> const& record, Use const& use);
-    Use useOf(std::shared_ptr<ServiceRecord> const& record, BundleContextPrivate const& context);
-    InterfaceMapConstPtr ask(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record, ServiceUse& use);
+    Granted makeOwn(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record,
+                    std::shared_ptr<BundleRecord> const& user);
+    BundleUses& usesOf(std::shared_ptr<ServiceRecord> const& record, std::shared_ptr<BundleRecord> const& user);
+    InterfaceMapConstPtr ask(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record,
+                             std::shared_ptr<BundleRecord> const& user);
     void giveBack(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record, ServiceUse const& use,
-                  InterfaceMapConstPtr const& object) noexcept;
+                  Reason reason) noexcept;
 
     static ServiceIndex::Rank rankOf(ServiceRecord const& record);
 

@@ -6,6 +6,7 @@
 #include "framework/HandleAccess.h"
 #include "service/ServiceRegistry.h"
 
+#include "cppmicroservices/PrototypeServiceFactory.h"
 #include "cppmicroservices/ServiceException.h"
 #include "cppmicroservices/ServiceFactory.h"
 
@@ -21,6 +22,18 @@ constexpr char const* factoryKey = "org.cppmicroservices.factory";
 [[noreturn]] void refuseReference()
 {
     throw std::invalid_argument("Default constructed ServiceReference is not a valid input to GetService()");
+}
+
+/// The bundle behind a context that may use services.
+///
+/// @throws std::runtime_error for a context that is no longer valid
+std::shared_ptr<BundleRecord> requireUser(BundleContextPrivate const& context)
+{
+    auto user = context.bundle();
+    if (!user || !context.mayUse()) {
+        throw std::runtime_error("The bundle context is no longer valid");
+    }
+    return user;
 }
 
 /// Deleter of the pointers that users of a service hold; keeps the object alive for them.
@@ -57,27 +70,58 @@ std::string const* missingIn(InterfaceMap const& object, std::vector<std::string
     return nullptr;
 }
 
+/// What the user of a service gets; null when nothing was granted.
+std::shared_ptr<void> toObject(std::shared_ptr<ReferenceData const> const& reference, std::shared_ptr<ServiceUse> use,
+                               InterfaceMapConstPtr const& interfaces)
+{
+    if (!use) {
+        return nullptr;
+    }
+    auto part = ExtractInterface(interfaces, reference->interfaceId);
+    auto* const address = part.get();
+    return {address, UseEnd(reference->record, std::move(use), std::move(part))};
+}
+
+InterfaceMapConstPtr toMap(std::shared_ptr<ReferenceData const> const& reference, std::shared_ptr<ServiceUse> use,
+                           InterfaceMapConstPtr interfaces)
+{
+    if (!use) {
+        return interfaces; // an empty map is handed out as the factory made it
+    }
+    auto const* const address = interfaces.get();
+    return {address, UseEnd(reference->record, std::move(use), std::move(interfaces))};
+}
+
 } // namespace
 
 std::shared_ptr<void> ServiceRegistry::object(Reference const& reference, BundleContextPrivate const& context)
 {
     auto granted = acquire(reference->record, context);
-    if (!granted.use) {
-        return nullptr;
+    if (!granted.registered) {
+        refuseReference();
     }
-    auto part = ExtractInterface(granted.interfaces, reference->interfaceId);
-    auto* const address = part.get();
-    return {address, UseEnd(reference->record, std::move(granted.use), std::move(part))};
+    return toObject(reference, std::move(granted.use), granted.interfaces);
 }
 
 InterfaceMapConstPtr ServiceRegistry::interfaces(Reference const& reference, BundleContextPrivate const& context)
 {
     auto granted = acquire(reference->record, context);
-    if (!granted.use) {
-        return granted.interfaces; // an empty map is handed out as the factory made it
+    if (!granted.registered) {
+        refuseReference();
     }
-    auto const* const address = granted.interfaces.get();
-    return {address, UseEnd(reference->record, std::move(granted.use), std::move(granted.interfaces))};
+    return toMap(reference, std::move(granted.use), std::move(granted.interfaces));
+}
+
+std::shared_ptr<void> ServiceRegistry::ownObject(Reference const& reference, BundleContextPrivate const& context)
+{
+    auto granted = acquireOwn(reference->record, context);
+    return toObject(reference, std::move(granted.use), granted.interfaces);
+}
+
+InterfaceMapConstPtr ServiceRegistry::ownInterfaces(Reference const& reference, BundleContextPrivate const& context)
+{
+    auto granted = acquireOwn(reference->record, context);
+    return toMap(reference, std::move(granted.use), std::move(granted.interfaces));
 }
 
 ServiceRegistry::Granted ServiceRegistry::acquire(std::shared_ptr<ServiceRecord> const& record,
@@ -87,7 +131,15 @@ ServiceRegistry::Granted ServiceRegistry::acquire(std::shared_ptr<ServiceRecord>
         Use use;
         {
             std::lock_guard<std::mutex> const lock(m_mutex);
-            use = useOf(record, context);
+            if (record->m_state == ServiceRecord::State::unregistered) {
+                return {nullptr, nullptr, false};
+            }
+            auto const user = requireUser(context);
+            auto& shared = usesOf(record, user).shared;
+            if (!shared) {
+                shared = std::make_shared<ServiceUse>(user);
+            }
+            use = shared;
             if (!record->m_factory) {
                 ++use->count;
                 return {use, record->m_object};
@@ -99,7 +151,7 @@ ServiceRegistry::Granted ServiceRegistry::acquire(std::shared_ptr<ServiceRecord>
         }
         if (use->making.take() == ForeignCodeLock::Outcome::wouldNeverEnd) {
             static char const* const text = "Recursive call to ServiceFactory::GetService";
-            m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, record->owner(), text,
+            m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, use->user, text,
                               std::make_exception_ptr(ServiceException(text, ServiceException::FACTORY_RECURSION)));
             return {};
         }
@@ -118,22 +170,31 @@ ServiceRegistry::Granted ServiceRegistry::acquire(std::shared_ptr<ServiceRecord>
     }
 }
 
-ServiceRegistry::Use ServiceRegistry::useOf(std::shared_ptr<ServiceRecord> const& record,
-                                            BundleContextPrivate const& context)
+ServiceRegistry::Granted ServiceRegistry::acquireOwn(std::shared_ptr<ServiceRecord> const& record,
+                                                     BundleContextPrivate const& context)
 {
-    if (record->m_state == ServiceRecord::State::unregistered) {
-        refuseReference();
+    std::shared_ptr<ServiceFactory> factory;
+    std::shared_ptr<BundleRecord> user;
+    {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        if (record->m_state == ServiceRecord::State::unregistered) {
+            return {nullptr, nullptr, false};
+        }
+        user = requireUser(context);
+        factory = record->m_factory;
     }
-    auto const user = context.bundle();
-    if (!user || !context.mayUse()) {
-        throw std::runtime_error("The bundle context is no longer valid");
-    }
-    auto& use = record->m_uses[user.get()];
-    if (!use) {
-        use = std::make_shared<ServiceUse>(user);
+    bool const isPrototype = dynamic_cast<PrototypeServiceFactory*>(factory.get()) != nullptr;
+    return isPrototype ? makeOwn(*factory, record, user) : acquire(record, context);
+}
+
+BundleUses& ServiceRegistry::usesOf(std::shared_ptr<ServiceRecord> const& record,
+                                    std::shared_ptr<BundleRecord> const& user)
+{
+    auto& uses = record->m_uses[user.get()];
+    if (uses.empty()) {
         m_index.addUse(*user, record);
     }
-    return use;
+    return uses;
 }
 
 ServiceRegistry::Granted ServiceRegistry::makeWithFactory(std::shared_ptr<ServiceRecord> const& record, Use const& use)
@@ -144,9 +205,9 @@ ServiceRegistry::Granted ServiceRegistry::makeWithFactory(std::shared_ptr<Servic
         factory = record->m_factory;
     }
     if (!factory) {
-        refuseReference(); // unregistered a moment ago
+        return {nullptr, nullptr, false}; // unregistered a moment ago
     }
-    auto const object = ask(*factory, record, *use);
+    auto const object = ask(*factory, record, use->user);
     if (!object || object->empty()) {
         return {nullptr, object};
     }
@@ -159,16 +220,39 @@ ServiceRegistry::Granted ServiceRegistry::makeWithFactory(std::shared_ptr<Servic
         }
     }
     // The service was unregistered, or its user stopped, while the factory worked.
-    giveBack(*factory, record, *use, object);
+    ServiceUse unused(use->user);
+    unused.object = object;
+    giveBack(*factory, record, unused, Reason::released);
+    return {};
+}
+
+ServiceRegistry::Granted ServiceRegistry::makeOwn(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record,
+                                                  std::shared_ptr<BundleRecord> const& user)
+{
+    auto const object = ask(factory, record, user);
+    if (!object || object->empty()) {
+        return {nullptr, object};
+    }
+    auto use = std::make_shared<ServiceUse>(user);
+    use->object = object;
+    use->count = 1;
+    {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        if (record->m_state != ServiceRecord::State::unregistered) {
+            usesOf(record, user).own.insert(use);
+            return {use, object};
+        }
+    }
+    giveBack(factory, record, *use, Reason::released);
     return {};
 }
 
 InterfaceMapConstPtr ServiceRegistry::ask(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record,
-                                          ServiceUse& use)
+                                          std::shared_ptr<BundleRecord> const& user)
 {
     InterfaceMapConstPtr object;
     try {
-        object = factory.GetService(HandleAccess::bundle(use.user), HandleAccess::registration(record));
+        object = factory.GetService(HandleAccess::bundle(user), HandleAccess::registration(record));
     } catch (std::exception const& e) {
         m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, record->owner(),
                           "ServiceFactory threw an unknown exception.",
@@ -177,13 +261,13 @@ InterfaceMapConstPtr ServiceRegistry::ask(ServiceFactory& factory, std::shared_p
     }
     if (!object || object->empty()) {
         static char const* const text = "ServiceFactory returned an empty or nullptr interface map.";
-        m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, record->owner(), text,
+        m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, user, text,
                           std::make_exception_ptr(ServiceException(text, ServiceException::FACTORY_ERROR)));
         return object;
     }
     if (auto const* const missing = missingIn(*object, record->classes())) {
         auto const text = "ServiceFactory produced an object that did not implement: " + *missing;
-        m_events->publish(FrameworkEvent::FRAMEWORK_WARNING, record->owner(), text,
+        m_events->publish(FrameworkEvent::FRAMEWORK_WARNING, user, text,
                           std::make_exception_ptr(std::logic_error(text)));
         return nullptr;
     }
@@ -191,21 +275,29 @@ InterfaceMapConstPtr ServiceRegistry::ask(ServiceFactory& factory, std::shared_p
 }
 
 void ServiceRegistry::giveBack(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record,
-                               ServiceUse const& use, InterfaceMapConstPtr const& object) noexcept
+                               ServiceUse const& use, Reason reason) noexcept
 {
+    bool const released = reason == Reason::released;
+    auto const report = [&](std::exception_ptr const& exception) {
+        m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, released ? use.user : record->owner(),
+                          released ? "ServiceFactory threw an exception"
+                                   : "ServiceFactory UngetService implementation threw an exception",
+                          exception);
+    };
     // Runs where a pointer is let go, so nothing may leave it.
     try {
-        factory.UngetService(HandleAccess::bundle(use.user), HandleAccess::registration(record), object);
+        factory.UngetService(HandleAccess::bundle(use.user), HandleAccess::registration(record), use.object);
+    } catch (std::exception const& e) {
+        report(std::make_exception_ptr(ServiceException(e.what(), ServiceException::FACTORY_EXCEPTION)));
     } catch (...) {
-        m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, record->owner(), "ServiceFactory threw an exception",
-                          std::current_exception());
+        report(std::current_exception());
     }
 }
 
 void ServiceRegistry::release(std::shared_ptr<ServiceRecord> const& record, Use const& use) noexcept
 {
     std::shared_ptr<ServiceFactory> factory;
-    Use ended; // declared before the lock: the last holder of the use's object may be this one
+    BundleUses ended; // declared before the lock: the last holder of the use's object may be this one
     {
         std::lock_guard<std::mutex> const lock(m_mutex);
         if (use->over || --use->count != 0) {
@@ -213,13 +305,20 @@ void ServiceRegistry::release(std::shared_ptr<ServiceRecord> const& record, Use 
         }
         use->over = true;
         factory = record->m_factory;
-        m_index.removeUse(*use->user, *record);
         auto const found = record->m_uses.find(use->user.get());
-        ended = std::move(found->second);
-        record->m_uses.erase(found);
+        auto& uses = found->second;
+        if (uses.shared == use) {
+            ended.shared = std::move(uses.shared);
+        } else {
+            ended.own.insert(uses.own.extract(use));
+        }
+        if (uses.empty()) {
+            record->m_uses.erase(found);
+            m_index.removeUse(*use->user, *record);
+        }
     }
-    if (factory && ended->object) {
-        giveBack(*factory, record, *ended, ended->object);
+    if (factory && use->object) {
+        giveBack(*factory, record, *use, Reason::released);
     }
 }
 
@@ -234,7 +333,9 @@ std::vector<std::shared_ptr<BundleRecord>> ServiceRegistry::users(ServiceRecord 
     std::vector<std::shared_ptr<BundleRecord>> result;
     std::lock_guard<std::mutex> const lock(m_mutex);
     for (auto const& entry : record.m_uses) {
-        result.push_back(entry.second->user);
+        if (entry.second.shared) {
+            result.push_back(entry.second.shared->user);
+        }
     }
     return result;
 }
@@ -257,15 +358,21 @@ void ServiceRegistry::endUses(BundleContextPrivate& context) noexcept
         for (auto const& reference : m_index.usedBy(*user)) {
             auto const& record = reference->record;
             auto const found = record->m_uses.find(user.get());
-            found->second->over = true;
-            ended.push_back({record, record->m_factory, std::move(found->second)});
-            record->m_uses.erase(found);
-            m_index.removeUse(*user, *record);
+            auto& uses = found->second;
+            if (!uses.shared) {
+                continue;
+            }
+            uses.shared->over = true;
+            ended.push_back({record, record->m_factory, std::move(uses.shared)});
+            if (uses.empty()) {
+                record->m_uses.erase(found);
+                m_index.removeUse(*user, *record);
+            }
         }
     }
     for (auto const& each : ended) {
         if (each.factory && each.use->object) {
-            giveBack(*each.factory, each.record, *each.use, each.use->object);
+            giveBack(*each.factory, each.record, *each.use, Reason::released);
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "contract/StartedFramework.h"
 #include "contract/ThrownText.h"
+#include "contract/service/CountingFactory.h"
 #include "contract/service/TestServices.h"
 
 #include <cppmicroservices/PrototypeServiceFactory.h>
@@ -7,7 +8,6 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -16,36 +16,10 @@ namespace {
 
 using namespace cppmicroservices;
 using contract::Both;
+using contract::CountingFactory;
 using contract::Named;
 using contract::Plain;
 using ostrel::test::thrownText;
-
-template <class Base>
-class CountingFactory : public Base {
-public:
-    using Make = std::function<InterfaceMapConstPtr()>;
-
-    explicit CountingFactory(Make theMake) : make(std::move(theMake)) {}
-
-    InterfaceMapConstPtr GetService(Bundle const&, ServiceRegistrationBase const&) override
-    {
-        ++made;
-        return make();
-    }
-
-    void UngetService(Bundle const&, ServiceRegistrationBase const&, InterfaceMapConstPtr const&) override
-    {
-        ++taken;
-        if (failsToTake) {
-            throw std::runtime_error("taking");
-        }
-    }
-
-    Make make;
-    int made = 0;
-    int taken = 0;
-    bool failsToTake = false;
-};
 
 using Factory = CountingFactory<ServiceFactory>;
 
