@@ -51,9 +51,7 @@ void requireInstalled(core::BundleRecord const& record)
 /// The services of the bundle's framework, or null when that is gone; throws for an uninstalled bundle.
 std::shared_ptr<core::ServiceRegistry> servicesOf(core::BundleRecord const& record)
 {
-    if (record.state() == Bundle::STATE_UNINSTALLED) {
-        throw std::logic_error(record.text() + " is in UNINSTALLED state");
-    }
+    requireInstalled(record);
     auto const core = record.core();
     return core ? core->services() : nullptr;
 }
