@@ -11,6 +11,39 @@ std::size_t indexOf(std::string const& segment, std::size_t size)
     return index < 0 ? size + static_cast<std::size_t>(index) : static_cast<std::size_t>(index);
 }
 
+/// What a dot means that ends a key.
+enum class LastDot {
+    descends,           ///< as any other, to the key that is empty
+    ignoredBehindIndex, ///< nothing behind the index of a vector: `v.0.` is `v.0`
+};
+
+Any const& valueAt(AnyMap const& map, std::string const& key, LastDot lastDot)
+{
+    auto dot = key.find('.');
+    if (dot == std::string::npos) {
+        return map.at(key);
+    }
+    std::string segment = key.substr(0, dot);
+    Any const* value = &map.at(segment);
+    while (dot != std::string::npos) {
+        const auto begin = dot + 1;
+        dot = key.find('.', begin);
+        std::string next = key.substr(begin, dot == std::string::npos ? dot : dot - begin);
+        if (auto const* const inner = any_cast<AnyMap>(value)) {
+            value = &inner->at(next);
+        } else if (auto const* const list = any_cast<std::vector<Any>>(value)) {
+            value = &list->at(indexOf(next, list->size()));
+            if (lastDot == LastDot::ignoredBehindIndex && dot != std::string::npos && dot + 1 == key.size()) {
+                break;
+            }
+        } else {
+            throw std::invalid_argument("Unsupported Any type at '" + segment + "' for dotted get");
+        }
+        segment = std::move(next);
+    }
+    return *value;
+}
+
 } // namespace
 
 AnyMap::AnyMap(std::initializer_list<any_map::value_type> l) : any_map(UNORDERED_MAP_CASEINSENSITIVE_KEYS, l) {}
@@ -29,32 +62,13 @@ AnyMap::map_type AnyMap::GetType() const
 
 AnyMap::mapped_type const& AnyMap::AtCompoundKey(key_type const& key) const
 {
-    auto dot = key.find('.');
-    if (dot == std::string::npos) {
-        return at(key);
-    }
-    std::string segment = key.substr(0, dot);
-    mapped_type const* value = &at(segment);
-    while (dot != std::string::npos) {
-        const auto begin = dot + 1;
-        dot = key.find('.', begin);
-        std::string next = key.substr(begin, dot == std::string::npos ? dot : dot - begin);
-        if (auto const* const map = any_cast<AnyMap>(value)) {
-            value = &map->at(next);
-        } else if (auto const* const list = any_cast<std::vector<Any>>(value)) {
-            value = &list->at(indexOf(next, list->size()));
-        } else {
-            throw std::invalid_argument("Unsupported Any type at '" + segment + "' for dotted get");
-        }
-        segment = std::move(next);
-    }
-    return *value;
+    return valueAt(*this, key, LastDot::descends);
 }
 
 AnyMap::mapped_type AnyMap::AtCompoundKey(key_type const& key, mapped_type defaultValue) const noexcept
 {
     try {
-        return AtCompoundKey(key);
+        return valueAt(*this, key, LastDot::ignoredBehindIndex);
     } catch (...) {
         return defaultValue;
     }

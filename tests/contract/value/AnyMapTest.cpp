@@ -146,3 +146,18 @@ TEST(AnyMapOrder, GivenKeysOfAnyCase_WhenHashed_ThenTheHashIsThatOfTheKeyInLower
     EXPECT_EQ(hash(std::string(100, 'X')), std::hash<std::string>()(longOne));
     EXPECT_EQ(hash(""), std::hash<std::string>()(std::string()));
 }
+
+TEST(AnyMapCompoundKey, GivenADotBehindAnIndex_WhenReadWithADefault_ThenTheDotHasNoMeaning)
+{
+    const AnyMap map(AnyMap::ORDERED_MAP,
+                     {{"v", std::vector<Any>{7, AnyMap(AnyMap::ORDERED_MAP, {{"", 8}})}}, {"i", 9}});
+    const Any none(std::string("none"));
+
+    EXPECT_EQ(map.AtCompoundKey("v.0.", none).ToString(), "7");
+    EXPECT_EQ(map.AtCompoundKey("v.1.", none).ToString(), "{ : 8}");
+    EXPECT_EQ(map.AtCompoundKey("v.0..", none).ToString(), "none");
+    EXPECT_EQ(map.AtCompoundKey("v.1..", none).ToString(), "none");
+    EXPECT_EQ(map.AtCompoundKey("i.", none).ToString(), "none");
+    EXPECT_EQ(map.AtCompoundKey("v.1.").ToString(), "8");
+    EXPECT_THROW(map.AtCompoundKey("v.0."), std::invalid_argument);
+}
