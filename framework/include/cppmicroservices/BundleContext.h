@@ -2,6 +2,8 @@
 
 #include "cppmicroservices/AnyMap.h"
 #include "cppmicroservices/GlobalConfig.h"
+#include "cppmicroservices/ListenerFunctors.h"
+#include "cppmicroservices/ListenerToken.h"
 #include "cppmicroservices/ServiceInterface.h"
 #include "cppmicroservices/ServiceRegistration.h"
 
@@ -135,6 +137,79 @@ public:
         return ServiceObjects<S>(m_context, reference);
     }
 
+    /// Adds a listener to the changes of the services that match the LDAP filter; of all for "". It goes when the
+    /// context's bundle stops, before the services that the bundle left are unregistered.
+    ///
+    /// A listener that throws causes a framework event of type FRAMEWORK_ERROR. Which listener is called first is not
+    /// specified. One that is added or removed while an event is delivered does not get that event, unless it had it
+    /// already.
+    ///
+    /// @throws std::invalid_argument for a malformed filter
+    /// @cost   O(log n) in the number of listeners. A service event costs one filter match for each listener whose
+    ///         filter does not name another class or another "service.id".
+    ListenerToken AddServiceListener(ServiceListener const& listener, std::string const& filter = std::string());
+
+    /// Removes one listener that this context added for the same function, or for a callable of the same type.
+    US_DEPRECATED void RemoveServiceListener(ServiceListener const& listener);
+
+    /// Adds a listener to the changes of all bundles; see AddServiceListener(). An empty function is never called.
+    ListenerToken AddBundleListener(BundleListener const& listener);
+
+    /// As RemoveServiceListener().
+    US_DEPRECATED void RemoveBundleListener(BundleListener const& listener);
+
+    /// Adds a listener to the framework's events; see AddServiceListener(). An empty function is never called. What it
+    /// throws is only noted in the diagnostics.
+    ListenerToken AddFrameworkListener(FrameworkListener const& listener);
+
+    /// As RemoveServiceListener().
+    US_DEPRECATED void RemoveFrameworkListener(FrameworkListener const& listener);
+
+    /// Removes the listener, of whatever kind, that this context added. After that no delivery begins to call it; one
+    /// in another thread may be calling it still. Does nothing for a token of another context or of none.
+    void RemoveListener(ListenerToken token);
+
+    /// As above, for a member function of a receiver that outlives the listener. The context has one service listener
+    /// for a receiver at most: another one, for whatever member function, takes the place of the former.
+    template <class R>
+    US_DEPRECATED ListenerToken AddServiceListener(R* receiver, void (R::*callback)(ServiceEvent const&),
+                                                   std::string const& filter = std::string())
+    {
+        return AddServiceListener(ServiceListenerMemberFunctor(receiver, callback), static_cast<void*>(receiver),
+                                  filter);
+    }
+
+    /// Removes a listener for that receiver, as the next ones do.
+    template <class R>
+    US_DEPRECATED void RemoveServiceListener(R* receiver, void (R::*callback)(ServiceEvent const&))
+    {
+        RemoveServiceListener(ServiceListenerMemberFunctor(receiver, callback), static_cast<void*>(receiver));
+    }
+
+    template <class R>
+    US_DEPRECATED ListenerToken AddBundleListener(R* receiver, void (R::*callback)(BundleEvent const&))
+    {
+        return AddBundleListener(BundleListenerMemberFunctor(receiver, callback), static_cast<void*>(receiver));
+    }
+
+    template <class R>
+    US_DEPRECATED void RemoveBundleListener(R* receiver, void (R::*callback)(BundleEvent const&))
+    {
+        RemoveBundleListener(BundleListenerMemberFunctor(receiver, callback), static_cast<void*>(receiver));
+    }
+
+    template <class R>
+    US_DEPRECATED ListenerToken AddFrameworkListener(R* receiver, void (R::*callback)(FrameworkEvent const&))
+    {
+        return AddFrameworkListener(BindFrameworkListenerToFunctor(receiver, callback), static_cast<void*>(receiver));
+    }
+
+    template <class R>
+    US_DEPRECATED void RemoveFrameworkListener(R* receiver, void (R::*callback)(FrameworkEvent const&))
+    {
+        RemoveFrameworkListener(BindFrameworkListenerToFunctor(receiver, callback), static_cast<void*>(receiver));
+    }
+
     /// The path of a file of that name in the bundle's own folder below the framework's storage; "" for the framework
     /// itself. Makes no file and no folder.
     std::string GetDataFile(std::string const& filename) const;
@@ -155,6 +230,14 @@ private:
 
     /// @throws std::runtime_error for a default constructed context
     void requireContext() const;
+
+    // With the receiver of a member function, or null for another callable.
+    ListenerToken AddServiceListener(ServiceListener const& listener, void* receiver, std::string const& filter);
+    void RemoveServiceListener(ServiceListener const& listener, void* receiver);
+    ListenerToken AddBundleListener(BundleListener const& listener, void* receiver);
+    void RemoveBundleListener(BundleListener const& listener, void* receiver);
+    ListenerToken AddFrameworkListener(FrameworkListener const& listener, void* receiver);
+    void RemoveFrameworkListener(FrameworkListener const& listener, void* receiver);
 
     template <class S>
     static std::string const& interfaceId()

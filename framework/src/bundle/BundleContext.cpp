@@ -1,8 +1,6 @@
 #include "cppmicroservices/BundleContext.h"
 
-#include "bundle/BundleContextPrivate.h"
-#include "bundle/BundleRecord.h"
-#include "framework/FrameworkCore.h"
+#include "bundle/ContextAccess.h"
 #include "framework/HandleAccess.h"
 #include "service/ServiceRegistry.h"
 
@@ -17,28 +15,8 @@ namespace cppmicroservices {
 
 namespace {
 
+using core::access;
 using core::HandleAccess;
-
-/// What a valid context stands for, kept alive for the duration of a call.
-struct Access {
-    std::shared_ptr<BundleContextPrivate> context;
-    std::shared_ptr<core::BundleRecord> bundle;
-    std::shared_ptr<core::FrameworkCore> core;
-
-    core::ServiceRegistry& services() const { return *context->services(); }
-};
-
-/// @throws std::runtime_error for an invalid context
-Access access(std::shared_ptr<BundleContextPrivate> const& context)
-{
-    if (context && context->isValid()) {
-        Access result{context, context->bundle(), context->core()};
-        if (result.bundle && result.core) {
-            return result;
-        }
-    }
-    throw std::runtime_error("The bundle context is no longer valid");
-}
 
 std::vector<Bundle> toHandles(core::BundleRegistry::Records records)
 {

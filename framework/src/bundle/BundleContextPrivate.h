@@ -38,12 +38,14 @@ public:
     bool isValid() const { return m_valid.load() && !m_bundle.expired() && !m_core.expired(); }
     void invalidate() { m_valid.store(false); }
 
-    // The bundle is stopping: what it would register or get now would outlast the cleaning up. Changed under the lock
-    // of the services, so that the cleaning up sees everything that was let through.
+    // The bundle is stopping: what it would register, get or add now would outlast the cleaning up. Changed under the
+    // lock of the services, or of the listeners, so that the cleaning up sees everything that was let through.
     bool mayRegister() const { return m_mayRegister.load(); }
     void refuseRegistrations() { m_mayRegister.store(false); }
     bool mayUse() const { return m_mayUse.load(); }
     void refuseUses() { m_mayUse.store(false); }
+    bool mayListen() const { return m_mayListen.load(); }
+    void refuseListeners() { m_mayListen.store(false); }
 
 private:
     std::weak_ptr<core::BundleRecord> const m_bundle;
@@ -52,6 +54,7 @@ private:
     std::atomic<bool> m_valid{true};
     std::atomic<bool> m_mayRegister{true};
     std::atomic<bool> m_mayUse{true};
+    std::atomic<bool> m_mayListen{true};
 };
 
 } // namespace cppmicroservices

@@ -5,7 +5,7 @@
 #include "bundle/BundleRegistry.h"
 #include "bundle/Manifest.h"
 #include "bundle_file/BundleFile.h"
-#include "framework/Events.h"
+#include "event/Events.h"
 #include "framework/FrameworkCore.h"
 #include "resource/ResourceFile.h"
 
@@ -137,7 +137,7 @@ BundleRegistry::Records BundleRegistry::install(FrameworkCore& core, std::string
         m_folders[location] = candidates.size();
     }
     for (auto& record : made) {
-        core.events().publish(BundleChange::installed, *record);
+        core.events().publish(BundleEvent::BUNDLE_INSTALLED, record);
         result.push_back(std::move(record));
     }
     return result;

@@ -3,7 +3,7 @@
 #include "bundle/BundleContextPrivate.h"
 #include "bundle/BundleRecord.h"
 #include "bundle/Manifest.h"
-#include "framework/Events.h"
+#include "event/Events.h"
 #include "framework/FrameworkCore.h"
 #include "framework/HandleAccess.h"
 #include "service/ServiceRegistry.h"
@@ -68,18 +68,20 @@ void validate(FrameworkCore& core, Record const& bundle)
 /// What is done at the end of each stop and each failed start. The context is invalid afterwards.
 void cleanUp(FrameworkCore& core, Record const& bundle, BundleContextPrivate& context)
 {
+    core.events().listeners().removeAllOf(context);
     context.services()->endRegistrations(context);
     context.services()->endUses(context);
+    core.events().listeners().end(context); // also of those that were added meanwhile
     context.invalidate();
     bundle->setContext(nullptr);
     bundle->setState(Bundle::STATE_RESOLVED);
-    core.events().publish(BundleChange::stopped, *bundle);
+    core.events().publish(BundleEvent::BUNDLE_STOPPED, bundle);
 }
 
 void abandonStart(FrameworkCore& core, Record const& bundle, BundleContextPrivate& context)
 {
     bundle->setState(Bundle::STATE_STOPPING);
-    core.events().publish(BundleChange::stopping, *bundle);
+    core.events().publish(BundleEvent::BUNDLE_STOPPING, bundle);
     bundle->activation().putAside();
     cleanUp(core, bundle, context);
 }
@@ -88,7 +90,7 @@ void startHeld(FrameworkCore& core, Record const& bundle)
 {
     if (bundle->state() == Bundle::STATE_INSTALLED) {
         bundle->setState(Bundle::STATE_RESOLVED);
-        core.events().publish(BundleChange::resolved, *bundle);
+        core.events().publish(BundleEvent::BUNDLE_RESOLVED, bundle);
     }
     bool const hasActivator = asksForActivator(bundle->headers());
     if (hasActivator) {
@@ -97,7 +99,7 @@ void startHeld(FrameworkCore& core, Record const& bundle)
     auto const context = BundleContextPrivate::make(bundle, core.services());
     bundle->setContext(context);
     bundle->setState(Bundle::STATE_STARTING);
-    core.events().publish(BundleChange::starting, *bundle);
+    core.events().publish(BundleEvent::BUNDLE_STARTING, bundle);
     if (hasActivator) {
         auto& activation = bundle->activation();
         std::optional<std::string> failure;
@@ -123,7 +125,7 @@ void startHeld(FrameworkCore& core, Record const& bundle)
         }
     }
     bundle->setState(Bundle::STATE_ACTIVE);
-    core.events().publish(BundleChange::started, *bundle);
+    core.events().publish(BundleEvent::BUNDLE_STARTED, bundle);
 }
 
 /// Stops an active bundle. What its activator threw is thrown at the end.
@@ -131,7 +133,7 @@ void stopHeld(FrameworkCore& core, Record const& bundle)
 {
     auto const context = bundle->context();
     bundle->setState(Bundle::STATE_STOPPING);
-    core.events().publish(BundleChange::stopping, *bundle);
+    core.events().publish(BundleEvent::BUNDLE_STOPPING, bundle);
     std::optional<std::string> failure;
     try {
         bundle->activation().stop(context);
@@ -198,10 +200,10 @@ void uninstallBundle(FrameworkCore& core, Record const& bundle)
     stopAnyway(core, bundle);
     bundle->activation().destroyPutAside();
     bundle->setState(Bundle::STATE_INSTALLED);
-    core.events().publish(BundleChange::unresolved, *bundle);
+    core.events().publish(BundleEvent::BUNDLE_UNRESOLVED, bundle);
     core.bundles().remove(*bundle);
     bundle->setState(Bundle::STATE_UNINSTALLED);
-    core.events().publish(BundleChange::uninstalled, *bundle);
+    core.events().publish(BundleEvent::BUNDLE_UNINSTALLED, bundle);
 }
 
 void retireBundle(FrameworkCore& core, Record const& bundle) noexcept

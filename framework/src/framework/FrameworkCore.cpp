@@ -4,7 +4,7 @@
 #include "bundle/BundleLifecycle.h"
 #include "bundle/BundleRecord.h"
 #include "framework/Configuration.h"
-#include "framework/Events.h"
+#include "event/Events.h"
 #include "framework/HandleAccess.h"
 #include "service/ServiceRegistry.h"
 
@@ -95,7 +95,7 @@ void FrameworkCore::init()
         m_mayStartBundles = true;
         m_systemBundle->setState(Bundle::STATE_STARTING);
     }
-    m_events->publish(BundleChange::starting, *m_systemBundle);
+    m_events->note("bundle STARTING " + m_systemBundle->text()); // no event: listeners come only with the context
 }
 
 void FrameworkCore::start()
@@ -108,7 +108,7 @@ void FrameworkCore::start()
         }
         m_systemBundle->setState(Bundle::STATE_ACTIVE);
     }
-    m_events->publish(BundleChange::started, *m_systemBundle);
+    m_events->note("bundle STARTED " + m_systemBundle->text()); // the event is a framework event
     m_events->publish(FrameworkEvent::FRAMEWORK_STARTED, m_systemBundle, std::string());
 }
 
@@ -135,7 +135,7 @@ void FrameworkCore::runStop() noexcept
         m_mayStartBundles = false;
         m_systemBundle->setState(Bundle::STATE_STOPPING);
     }
-    m_events->publish(BundleChange::stopping, *m_systemBundle);
+    m_events->publish(BundleEvent::BUNDLE_STOPPING, m_systemBundle);
 
     auto const bundles = m_bundles.all();
     for (auto bundle = bundles.rbegin(); bundle != bundles.rend(); ++bundle) {
@@ -150,6 +150,7 @@ void FrameworkCore::runStop() noexcept
     auto const services = this->services();
     if (auto const context = m_systemBundle->context()) {
         services->endUses(*context);
+        m_events->listeners().end(*context);
         context->invalidate();
     }
     m_systemBundle->setContext(nullptr);

@@ -50,6 +50,9 @@ public:
         return reference.m_data;
     }
 
+    static ListenerToken token(ListenerTokenId id) { return ListenerToken(id); }
+    static ListenerTokenId id(ListenerToken const& token) { return token.m_id; }
+
     static ServiceRegistrationU registration(std::shared_ptr<ServiceRecord> record)
     {
         return ServiceRegistrationU(ServiceRegistrationBase(std::move(record)));

@@ -2,7 +2,7 @@
 
 #include "bundle/BundleContextPrivate.h"
 #include "bundle/BundleRecord.h"
-#include "framework/Events.h"
+#include "event/Events.h"
 #include "ldap/FilterAccess.h"
 #include "service/PropertyRules.h"
 
@@ -85,7 +85,8 @@ std::shared_ptr<ServiceRecord> ServiceRegistry::add(BundleContextPrivate const& 
     auto record = std::make_shared<ServiceRecord>(shared_from_this(), owner, id, names);
     record->m_object = object;
     record->m_factory = factory;
-    record->m_properties = std::make_shared<AnyMap const>(std::move(described.all));
+    ServiceRecord::Properties const all = std::make_shared<AnyMap const>(std::move(described.all));
+    record->m_properties = all;
     record->m_ranking = described.ranking;
     record->m_shownId = described.shownId;
     {
@@ -95,32 +96,34 @@ std::shared_ptr<ServiceRecord> ServiceRegistry::add(BundleContextPrivate const& 
         }
         m_index.add(record, rankOf(*record));
     }
-    m_events->publish(ServiceChange::registered, *record);
+    m_events->publish(ServiceEvent::SERVICE_REGISTERED, record, all);
     return record;
 }
 
 void ServiceRegistry::changeProperties(std::shared_ptr<ServiceRecord> const& record,
                                        ServiceProperties const& properties)
 {
+    ServiceRecord::Properties old;
+    ServiceRecord::Properties all;
     for (;;) {
         requireRegistered(*record);
-        auto old = this->properties(*record);
+        old = this->properties(*record);
         auto replaced = propertiesReplaced(properties, *old);
-        auto all = std::make_shared<AnyMap const>(std::move(replaced.all));
+        all = std::make_shared<AnyMap const>(std::move(replaced.all));
 
         std::lock_guard<std::mutex> const lock(m_mutex);
         if (record->m_properties != old) {
             continue; // another thread was faster; what it set is replaced as well
         }
         auto const from = rankOf(*record);
-        record->m_properties = std::move(all); // `old` still holds the former ones: they go after the lock
+        record->m_properties = all; // `old` still holds the former ones: they go after the lock
         record->m_ranking = replaced.ranking;
         if (record->m_state == ServiceRecord::State::registered) {
             m_index.move(*record, from, rankOf(*record));
         }
         break;
     }
-    m_events->publish(ServiceChange::modified, *record);
+    m_events->publishModified(record, all, old);
 }
 
 void ServiceRegistry::remove(std::shared_ptr<ServiceRecord> const& record)
@@ -133,7 +136,7 @@ void ServiceRegistry::remove(std::shared_ptr<ServiceRecord> const& record)
         record->m_state = ServiceRecord::State::unregistering;
         m_index.remove(*record, rankOf(*record));
     }
-    m_events->publish(ServiceChange::unregistering, *record);
+    m_events->publish(ServiceEvent::SERVICE_UNREGISTERING, record, this->properties(*record));
 
     InterfaceMapConstPtr object;
     std::shared_ptr<ServiceFactory> factory;

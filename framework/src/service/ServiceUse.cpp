@@ -2,7 +2,7 @@
 
 #include "bundle/BundleContextPrivate.h"
 #include "bundle/BundleRecord.h"
-#include "framework/Events.h"
+#include "event/Events.h"
 #include "framework/HandleAccess.h"
 #include "service/ServiceRegistry.h"
 

@@ -66,7 +66,7 @@ std::ostream& operator<<(std::ostream& os, FrameworkEvent::Type eventType)
     case FrameworkEvent::FRAMEWORK_WAIT_TIMEDOUT:
         return os << "WAIT_TIMEDOUT";
     }
-    return os << "Unknown framework event type (" << static_cast<int>(eventType) << ")";
+    return os << "Unknown bundle event type (" << static_cast<int>(eventType) << ")";
 }
 
 std::ostream& operator<<(std::ostream& os, FrameworkEvent const& evt)
@@ -83,7 +83,7 @@ std::ostream& operator<<(std::ostream& os, FrameworkEvent const& evt)
     } catch (std::exception const& e) {
         os << e.what();
     } catch (...) {
-        os << "unknown exception";
+        os << "unknown";
     }
     return os;
 }

@@ -1,0 +1,96 @@
+// The listeners of a bundle's context.
+
+#include "bundle/ContextAccess.h"
+#include "event/Events.h"
+#include "framework/HandleAccess.h"
+
+#include "cppmicroservices/BundleContext.h"
+
+namespace cppmicroservices {
+
+namespace {
+
+using core::access;
+using core::HandleAccess;
+
+core::ListenerRegistry& listenersOf(core::ContextAccess const& own)
+{
+    return own.core->events().listeners();
+}
+
+} // namespace
+
+ListenerToken BundleContext::AddServiceListener(ServiceListener const& listener, std::string const& filter)
+{
+    return AddServiceListener(listener, nullptr, filter);
+}
+
+ListenerToken BundleContext::AddServiceListener(ServiceListener const& listener, void* receiver,
+                                                std::string const& filter)
+{
+    auto const own = access(m_context);
+    return HandleAccess::token(listenersOf(own).add(*own.context, listener, receiver, filter));
+}
+
+void BundleContext::RemoveServiceListener(ServiceListener const& listener)
+{
+    RemoveServiceListener(listener, nullptr);
+}
+
+void BundleContext::RemoveServiceListener(ServiceListener const& listener, void* receiver)
+{
+    auto const own = access(m_context);
+    listenersOf(own).remove(*own.context, listener, receiver);
+}
+
+ListenerToken BundleContext::AddBundleListener(BundleListener const& listener)
+{
+    return AddBundleListener(listener, nullptr);
+}
+
+ListenerToken BundleContext::AddBundleListener(BundleListener const& listener, void* receiver)
+{
+    auto const own = access(m_context);
+    return HandleAccess::token(listenersOf(own).add(*own.context, listener, receiver));
+}
+
+void BundleContext::RemoveBundleListener(BundleListener const& listener)
+{
+    RemoveBundleListener(listener, nullptr);
+}
+
+void BundleContext::RemoveBundleListener(BundleListener const& listener, void* receiver)
+{
+    auto const own = access(m_context);
+    listenersOf(own).remove(*own.context, listener, receiver);
+}
+
+ListenerToken BundleContext::AddFrameworkListener(FrameworkListener const& listener)
+{
+    return AddFrameworkListener(listener, nullptr);
+}
+
+ListenerToken BundleContext::AddFrameworkListener(FrameworkListener const& listener, void* receiver)
+{
+    auto const own = access(m_context);
+    return HandleAccess::token(listenersOf(own).add(*own.context, listener, receiver));
+}
+
+void BundleContext::RemoveFrameworkListener(FrameworkListener const& listener)
+{
+    RemoveFrameworkListener(listener, nullptr);
+}
+
+void BundleContext::RemoveFrameworkListener(FrameworkListener const& listener, void* receiver)
+{
+    auto const own = access(m_context);
+    listenersOf(own).remove(*own.context, listener, receiver);
+}
+
+void BundleContext::RemoveListener(ListenerToken token)
+{
+    auto const own = access(m_context);
+    listenersOf(own).remove(*own.context, HandleAccess::id(token));
+}
+
+} // namespace cppmicroservices

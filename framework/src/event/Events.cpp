@@ -1,0 +1,190 @@
+#include "event/Events.h"
+
+#include "bundle/BundleRecord.h"
+#include "framework/HandleAccess.h"
+#include "ldap/FilterAccess.h"
+#include "service/ServiceRecord.h"
+
+#include "cppmicroservices/Constants.h"
+
+#include <ostream>
+#include <sstream>
+
+namespace cppmicroservices::core {
+
+namespace {
+
+/// The reason of the exception being handled.
+std::string reason()
+{
+    try {
+        throw;
+    } catch (std::exception const& e) {
+        return e.what();
+    } catch (...) {
+        return "unknown";
+    }
+}
+
+bool matches(FilteredListener const& listener, AnyMap const& properties)
+{
+    return !listener.filter || ldap::FilterAccess::matches(listener.filter, properties);
+}
+
+ServiceEvent eventOf(ServiceEvent::Type type, std::shared_ptr<ServiceRecord> const& service)
+{
+    auto data = std::make_shared<ReferenceData const>(ReferenceData{service, std::string()});
+    return {type, HandleAccess::reference(std::move(data))};
+}
+
+} // namespace
+
+void Events::publish(BundleEvent::Type type, std::shared_ptr<BundleRecord> const& bundle) noexcept
+{
+    try {
+        if (m_log != nullptr) {
+            std::ostringstream text;
+            text << "bundle " << type << ' ' << bundle->text();
+            note(text.str());
+        }
+        auto const listeners = m_listeners.bundleListeners();
+        if (!listeners) {
+            return;
+        }
+        BundleEvent const event(type, HandleAccess::bundle(bundle));
+        for (auto const& listener : *listeners) {
+            if (listener->removed.load() || !listener->call) {
+                continue;
+            }
+            try {
+                listener->call(event);
+            } catch (...) {
+                publish(FrameworkEvent::FRAMEWORK_ERROR, listener->bundle, "Bundle listener threw an exception",
+                        std::current_exception());
+            }
+        }
+    } catch (...) {
+        // Only memory can be short here. An event never disturbs the operation that it tells of.
+        note("A bundle event was not delivered: " + reason());
+    }
+}
+
+void Events::note(ServiceEvent::Type type, ServiceRecord const& service)
+{
+    if (m_log != nullptr) {
+        std::ostringstream text;
+        text << "service " << type << ' ' << service.id() << " of " << service.owner()->text();
+        note(text.str());
+    }
+}
+
+ServiceListenerCandidates Events::candidates(AnyMap const& properties)
+{
+    static std::vector<std::string> const none;
+    auto const id = properties.find(Constants::SERVICE_ID);
+    auto const* const shownId = id != properties.cend() ? any_cast<long>(&id->second) : nullptr;
+    auto const classes = properties.find(Constants::OBJECTCLASS);
+    auto const* const names =
+        classes != properties.cend() ? any_cast<std::vector<std::string>>(&classes->second) : nullptr;
+    return m_listeners.serviceListeners(shownId != nullptr ? *shownId : 0, names != nullptr ? *names : none);
+}
+
+template <class Wanted>
+void Events::deliver(ServiceEvent const& event, ServiceListenerCandidates const& candidates, Wanted&& wanted)
+{
+    candidates.forEach([this, &event, &wanted](FilteredListener const& listener) {
+        if (listener.removed.load() || !wanted(listener)) {
+            return;
+        }
+        try {
+            listener.call(event);
+        } catch (...) {
+            publish(FrameworkEvent::FRAMEWORK_ERROR, listener.bundle,
+                    "Service listener in " + listener.bundle->name() + " threw an exception!",
+                    std::current_exception());
+        }
+    });
+}
+
+void Events::publish(ServiceEvent::Type type, std::shared_ptr<ServiceRecord> const& service,
+                     Properties const& properties) noexcept
+{
+    try {
+        note(type, *service);
+        auto const all = candidates(*properties);
+        if (!all.isEmpty()) {
+            deliver(eventOf(type, service), all,
+                    [&properties](FilteredListener const& listener) { return matches(listener, *properties); });
+        }
+    } catch (...) {
+        note("A service event was not delivered: " + reason());
+    }
+}
+
+void Events::publishModified(std::shared_ptr<ServiceRecord> const& service, Properties const& properties,
+                             Properties const& former) noexcept
+{
+    try {
+        note(ServiceEvent::SERVICE_MODIFIED, *service);
+        auto const all = candidates(*properties); // the former id and classes are the same
+        if (all.isEmpty()) {
+            return;
+        }
+        deliver(eventOf(ServiceEvent::SERVICE_MODIFIED, service), all,
+                [&properties](FilteredListener const& listener) { return matches(listener, *properties); });
+        deliver(eventOf(ServiceEvent::SERVICE_MODIFIED_ENDMATCH, service), all,
+                [&properties, &former](FilteredListener const& listener) {
+                    return !matches(listener, *properties) && matches(listener, *former);
+                });
+    } catch (...) {
+        note("A service event was not delivered: " + reason());
+    }
+}
+
+void Events::publish(FrameworkEvent::Type type, std::shared_ptr<BundleRecord> const& bundle, std::string const& message,
+                     std::exception_ptr const& exception) noexcept
+{
+    try {
+        auto const listeners = m_listeners.frameworkListeners();
+        if (m_log == nullptr && !listeners) {
+            return;
+        }
+        FrameworkEvent const event(type, HandleAccess::bundle(bundle), message, exception);
+        if (m_log != nullptr) {
+            std::ostringstream text;
+            text << "framework " << event;
+            note(text.str());
+        }
+        if (!listeners) {
+            return;
+        }
+        for (auto const& listener : *listeners) {
+            if (listener->removed.load() || !listener->call) {
+                continue;
+            }
+            try {
+                listener->call(event);
+            } catch (...) {
+                note("Framework listener in " + listener->bundle->name() + " threw an exception: " + reason());
+            }
+        }
+    } catch (...) {
+        note("A framework event was not delivered: " + reason());
+    }
+}
+
+void Events::note(std::string const& text) noexcept
+{
+    if (m_log == nullptr) {
+        return;
+    }
+    try {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        *m_log << text << '\n';
+        m_log->flush();
+    } catch (...) {
+        return;
+    }
+}
+
+} // namespace cppmicroservices::core

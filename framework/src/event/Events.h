@@ -1,0 +1,68 @@
+#pragma once
+
+#include "event/ListenerRegistry.h"
+
+#include "cppmicroservices/BundleEvent.h"
+#include "cppmicroservices/FrameworkEvent.h"
+#include "cppmicroservices/ServiceEvent.h"
+
+#include <exception>
+#include <iosfwd>
+#include <memory>
+#include <mutex>
+#include <string>
+
+namespace cppmicroservices {
+
+class AnyMap;
+
+namespace core {
+
+class BundleRecord;
+class ServiceRecord;
+
+/// The one place through which everything that happens in a framework passes, in the thread that causes it and with no
+/// lock of the framework held. Writes the diagnostics of a framework whose property
+/// "org.cppmicroservices.framework.log" is true, then calls the listeners.
+///
+/// What a service or bundle listener throws becomes a framework event; what a framework listener throws is only noted,
+/// so that no circle arises.
+class Events {
+public:
+    using Properties = std::shared_ptr<AnyMap const>;
+
+    /// @param log null: nothing is written
+    explicit Events(std::ostream* log) : m_log(log) {}
+
+    ListenerRegistry& listeners() { return m_listeners; }
+
+    void publish(BundleEvent::Type type, std::shared_ptr<BundleRecord> const& bundle) noexcept;
+
+    /// @param properties of the service
+    void publish(ServiceEvent::Type type, std::shared_ptr<ServiceRecord> const& service,
+                 Properties const& properties) noexcept;
+
+    /// The service's properties were changed: SERVICE_MODIFIED, then SERVICE_MODIFIED_ENDMATCH.
+    void publishModified(std::shared_ptr<ServiceRecord> const& service, Properties const& properties,
+                         Properties const& former) noexcept;
+
+    void publish(FrameworkEvent::Type type, std::shared_ptr<BundleRecord> const& bundle, std::string const& message,
+                 std::exception_ptr const& exception = nullptr) noexcept;
+
+    /// A remark that is no event.
+    void note(std::string const& text) noexcept;
+
+private:
+    template <class Wanted>
+    void deliver(ServiceEvent const& event, ServiceListenerCandidates const& candidates, Wanted&& wanted);
+    ServiceListenerCandidates candidates(AnyMap const& properties);
+    void note(ServiceEvent::Type type, ServiceRecord const& service);
+
+    std::ostream* const m_log;
+    std::mutex m_mutex; // guards what *m_log writes to; held while a line is written, and no other lock with it
+    ListenerRegistry m_listeners;
+};
+
+} // namespace core
+
+} // namespace cppmicroservices
