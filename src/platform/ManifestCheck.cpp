@@ -6,8 +6,12 @@
 #include <rapidjson/memorystream.h>
 #include <rapidjson/reader.h>
 
+#include <cmath>
+#include <cstdint>
 #include <exception>
+#include <limits>
 #include <optional>
+#include <string_view>
 #include <strings.h>
 
 namespace ostrel::platform {
@@ -21,9 +25,21 @@ class ManifestHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, M
 public:
     bool Default() { return value(); }
 
+    // The framework leaves these out, so that a later key of the same name counts.
+    bool Null() { return m_depth != 0; }
+    bool Int64(std::int64_t /*number*/) { return m_depth != 0; }
+    bool Uint64(std::uint64_t /*number*/) { return m_depth != 0; }
+    bool Uint(unsigned number) { return number <= std::numeric_limits<int>::max() ? value() : m_depth != 0; }
+
+    bool Double(double number)
+    {
+        tooBig = !std::isfinite(number);
+        return !tooBig && value();
+    }
+
     bool String(const char* text, rapidjson::SizeType length, bool /*copy*/)
     {
-        if (m_depth == 1 && m_isVersion && !version) {
+        if (isVersion()) {
             version = std::string{text, length};
         }
         return value();
@@ -32,23 +48,33 @@ public:
     bool Key(const char* text, rapidjson::SizeType length, bool /*copy*/)
     {
         // Headers are found whatever the case of their names, and of equal names the first one counts.
-        m_isVersion = m_depth == 1 && !m_sawVersion && ::strcasecmp(std::string{text, length}.c_str(), key) == 0;
-        m_sawVersion = m_sawVersion || m_isVersion;
+        constexpr std::string_view key = "bundle.version";
+        m_isVersion = m_depth == 1 && length == key.size() && ::strncasecmp(text, key.data(), key.size()) == 0;
         return true;
     }
 
-    bool StartObject() { return enter(); }
+    bool StartObject()
+    {
+        m_sawVersion = m_sawVersion || isVersion();
+        return enter();
+    }
     bool EndObject(rapidjson::SizeType /*members*/) { return leave(); }
-    bool StartArray() { return m_depth != 0 && enter(); }
+    bool StartArray() { return value() && enter(); }
     bool EndArray(rapidjson::SizeType /*elements*/) { return leave(); }
 
     std::optional<std::string> version;
     bool tooDeep = false;
+    bool tooBig = false;
 
 private:
-    static constexpr const char* key = "bundle.version";
+    /// Whether the value being read is the version that counts.
+    bool isVersion() const { return m_depth == 1 && m_isVersion && !m_sawVersion; }
 
-    bool value() const { return m_depth != 0; }
+    bool value()
+    {
+        m_sawVersion = m_sawVersion || isVersion();
+        return m_depth != 0;
+    }
 
     bool enter()
     {
@@ -93,6 +119,8 @@ ManifestCheck checkManifest(const std::string& text)
     ManifestCheck check;
     if (handler.tooDeep) {
         check.fault = "it is nested deeper than " + std::to_string(depthLimit) + " levels";
+    } else if (handler.tooBig) {
+        check.fault = "a number is too big at offset " + std::to_string(result.Offset());
     } else if (result.Code() == rapidjson::kParseErrorTermination) {
         check.fault = "it is no JSON object";
     } else {

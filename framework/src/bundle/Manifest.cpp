@@ -6,6 +6,7 @@
 #include <rapidjson/error/en.h>
 #include <rapidjson/memorystream.h>
 
+#include <cmath>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
@@ -42,6 +43,9 @@ bool nestsTooDeep(std::string_view text)
     return false;
 }
 
+/// Thrown within this file only.
+struct NumberTooBig {};
+
 AnyMap toMap(rapidjson::Value const& object);
 
 /// An empty Any stands for what is left out.
@@ -68,7 +72,14 @@ Any toAny(rapidjson::Value const& value)
         if (value.IsInt()) {
             return value.GetInt();
         }
-        return value.IsDouble() ? Any(value.GetDouble()) : Any();
+        if (value.IsDouble()) {
+            // Some versions of the parser let through a number that is too big by its last digits only.
+            if (!std::isfinite(value.GetDouble())) {
+                throw NumberTooBig{};
+            }
+            return value.GetDouble();
+        }
+        return {};
     case rapidjson::kNullType:
         break;
     }
@@ -107,7 +118,11 @@ AnyMap parseManifest(std::string const& text, std::string const& bundle, std::st
     if (!document.IsObject()) {
         throw failed("The Json root element must be an object.");
     }
-    return toMap(document);
+    try {
+        return toMap(document);
+    } catch (NumberTooBig const&) {
+        throw failed(rapidjson::GetParseError_En(rapidjson::kParseErrorNumberTooBig));
+    }
 }
 
 BundleVersion checkManifest(AnyMap const& manifest, std::string const& bundle, std::string const& location)

@@ -3,19 +3,20 @@
 #include "cppmicroservices/AnyMap.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace cppmicroservices::ldap {
 
 namespace {
 
+/// Order does not matter. The fewer ones move, or else a deeply nested filter would cost the square of its depth.
 template <class Item>
 void append(std::vector<Item>& to, std::vector<Item>&& from)
 {
-    if (to.empty()) {
-        to = std::move(from);
-    } else {
-        to.insert(to.end(), from.begin(), from.end());
+    if (to.size() < from.size()) {
+        std::swap(to, from);
     }
+    to.insert(to.end(), std::make_move_iterator(from.begin()), std::make_move_iterator(from.end()));
 }
 
 bool isNamed(const Comparison& comparison, const char* name)
@@ -88,8 +89,6 @@ void Group::require(Requirements requirements)
         return;
     }
     append(*own.classes, std::move(*requirements.classes));
-    std::sort(own.classes->begin(), own.classes->end());
-    own.classes->erase(std::unique(own.classes->begin(), own.classes->end()), own.classes->end());
 }
 
 Part Group::close() &&
@@ -106,6 +105,10 @@ void finish(Part part, Expression& expression)
     Part::lead(part.m_whenTrue, Expression::accept, expression);
     Part::lead(part.m_whenFalse, Expression::reject, expression);
     expression.requirements = std::move(part.m_requirements);
+    if (auto& classes = expression.requirements.classes) {
+        std::sort(classes->begin(), classes->end());
+        classes->erase(std::unique(classes->begin(), classes->end()), classes->end());
+    }
 }
 
 } // namespace cppmicroservices::ldap

@@ -68,4 +68,10 @@ TEST(Manifest, mayNestAsDeepAsTheLimit)
     EXPECT_EQ("The objects and arrays nest deeper than 200 levels.", failure(nested(5000000)));
 }
 
+TEST(Manifest, refusesNumbersThatAreNoDouble)
+{
+    EXPECT_EQ("Number too big to be stored in double.", failure(R"({"a": 1e309})"));
+    EXPECT_EQ("Number too big to be stored in double.", failure(R"({"a": [{"b": -21474836481e308}]})"));
+}
+
 } // namespace

@@ -56,3 +56,25 @@ TEST(FilterNesting, GivenVeryDeepNesting_WhenReadAndMatched_ThenNeitherRecurses)
     EXPECT_TRUE(LDAPFilter(filter).Match(AnyMap{{"a", 1}}));
     EXPECT_FALSE(LDAPFilter(filter).Match(AnyMap{{"a", 2}}));
 }
+
+TEST(FilterNesting, GivenManyWaysOutOfEachLevel_WhenRead_ThenTheCostIsNotTheSquareOfTheDepth)
+{
+    // The square takes minutes, which the test's time limit ends.
+    constexpr int depth = 100000;
+    for (const std::string sign : {"(&", "(|"}) {
+        std::string filter;
+        for (int i = 0; i < depth; ++i) {
+            filter += (i % 2 == 0 ? "(|(objectclass=" + std::to_string(i) + ")" : sign + "(a=1)");
+        }
+        filter += "(a=1)" + std::string(depth, ')');
+
+        EXPECT_TRUE(LDAPFilter(filter).Match(AnyMap{{"a", 1}}));
+        EXPECT_FALSE(LDAPFilter(filter).Match(AnyMap{{"a", 2}}));
+    }
+    std::string classes;
+    for (int i = 0; i < depth; ++i) {
+        classes += "(|(objectclass=" + std::to_string(i) + ")";
+    }
+    classes += "(objectclass=x)" + std::string(depth, ')');
+    EXPECT_EQ(requirementsOf(classes).classes->size(), depth + 1U);
+}

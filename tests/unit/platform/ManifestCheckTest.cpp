@@ -43,4 +43,26 @@ TEST(ManifestCheck, GivenVersion_WhenChecked_ThenItIsPrintedAsFrameworksDo)
     EXPECT_EQ(checkManifest(R"({"bundle.version": "x"})").version, "");
 }
 
+TEST(ManifestCheck, GivenVersionThatTheFrameworkLeavesOut_WhenChecked_ThenTheNextOneCounts)
+{
+    EXPECT_EQ(checkManifest(R"({"bundle.version": null, "Bundle.Version": "2"})").version, "2.0.0");
+    EXPECT_EQ(checkManifest(R"({"bundle.version": 2147483648, "Bundle.Version": "2"})").version, "2.0.0");
+    EXPECT_EQ(checkManifest(R"({"bundle.version": -2147483649, "Bundle.Version": "2"})").version, "2.0.0");
+    EXPECT_EQ(checkManifest(R"({"bundle.version": [], "Bundle.Version": "2"})").version, "0.0.0");
+    EXPECT_EQ(checkManifest(R"({"bundle.version": {}, "Bundle.Version": "2"})").version, "0.0.0");
+    EXPECT_EQ(checkManifest(R"({"bundle.version": 1, "Bundle.Version": "2"})").version, "0.0.0");
+}
+
+TEST(ManifestCheck, GivenKeyThatOnlyBeginsLikeTheVersion_WhenChecked_ThenItIsNone)
+{
+    EXPECT_EQ(checkManifest(R"({"bundle.version\u0000": "1"})").version, "0.0.0");
+    EXPECT_EQ(checkManifest(R"({"bundle.versions": "1"})").version, "0.0.0");
+}
+
+TEST(ManifestCheck, GivenNumberThatIsNoDouble_WhenChecked_ThenTheFaultSaysSo)
+{
+    EXPECT_THAT(checkManifest(R"({"a": 21474836481e308})").fault, HasSubstr("too big"));
+    EXPECT_THAT(checkManifest(R"({"a": 1e309})").fault, HasSubstr("too big"));
+}
+
 } // namespace
