@@ -9,8 +9,10 @@
 #include <cstdint>
 #include <functional>
 #include <iosfwd>
+#include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace cppmicroservices {
@@ -90,6 +92,22 @@ public:
     std::string GetSymbolicName() const;
 
     BundleVersion GetVersion() const;
+
+    /// The address of a symbol in a library that the caller holds a handle of dlopen() on; null when there is none.
+    ///
+    /// @throws std::invalid_argument for a null handle, an empty name or a handle on no bundle
+    /// @throws std::runtime_error unless the bundle is active
+    void* GetSymbol(void* handle, std::string const& symname) const;
+
+    /// The manifest, with a std::map for each AnyMap in it; empty for the framework itself. Use GetHeaders().
+    US_DEPRECATED std::map<std::string, Any> GetProperties() const;
+
+    /// The manifest's value of exactly that key, else that property of the framework, else an empty Any. Use
+    /// GetHeaders() and BundleContext::GetProperty().
+    US_DEPRECATED Any GetProperty(std::string const& key) const;
+
+    /// The keys of the manifest in order. Use GetHeaders().
+    US_DEPRECATED std::vector<std::string> GetPropertyKeys() const;
 
     /// The manifest. Keys are found without regard to case. Valid as long as a handle on the bundle exists.
     AnyMap const& GetHeaders() const;

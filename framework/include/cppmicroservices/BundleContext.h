@@ -210,8 +210,10 @@ public:
         RemoveFrameworkListener(BindFrameworkListenerToFunctor(receiver, callback), static_cast<void*>(receiver));
     }
 
-    /// The path of a file of that name in the bundle's own folder below the framework's storage; "" for the framework
-    /// itself. Makes no file and no folder.
+    /// The path of a file of that name in the bundle's own folder below the framework's storage, which is made; "" for
+    /// the framework itself. The folder goes when the bundle is uninstalled, not when the framework stops.
+    ///
+    /// @throws std::invalid_argument when the folder cannot be made
     std::string GetDataFile(std::string const& filename) const;
 
     /// Installs the bundles in the file at `location`; those of a location that are installed already are returned as

@@ -4,7 +4,10 @@
 #include "cppmicroservices/FrameworkConfig.h"
 
 #include <chrono>
+#include <map>
 #include <memory>
+#include <ostream>
+#include <string>
 
 namespace cppmicroservices {
 

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 #include <exception>
-#include <iosfwd>
+#include <iostream>
 #include <memory>
 #include <string>
 

@@ -3,8 +3,10 @@
 #include "cppmicroservices/Any.h"
 #include "cppmicroservices/FrameworkConfig.h"
 
-#include <iosfwd>
+#include <functional>
+#include <iostream>
 #include <map>
+#include <memory>
 #include <string>
 #include <unordered_map>
 
@@ -21,6 +23,7 @@ public:
     ///        the framework reads itself
     /// @param logger receives diagnostics when the property "org.cppmicroservices.framework.log" is true; must outlive
     ///        the framework, and nothing else may write to it meanwhile. Null: none are written.
+    /// @throws BadAnyCastException when that property is no bool, or the validation function is none
     Framework NewFramework(FrameworkConfiguration const& configuration, std::ostream* logger = nullptr);
     Framework NewFramework();
 

@@ -1,11 +1,11 @@
 #include "cppmicroservices/BundleContext.h"
 
 #include "bundle/ContextAccess.h"
+#include "bundle/DataFolder.h"
 #include "framework/HandleAccess.h"
 #include "service/ServiceRegistry.h"
 
 #include "cppmicroservices/Bundle.h"
-#include "cppmicroservices/Constants.h"
 
 #include <functional>
 #include <stdexcept>
@@ -152,11 +152,12 @@ std::string BundleContext::GetDataFile(std::string const& filename) const
     if (own.bundle->isSystemBundle()) {
         return {};
     }
-    auto const found = own.core->properties().find(Constants::FRAMEWORK_STORAGE);
-    auto const* const storage =
-        found != own.core->properties().cend() ? any_cast<std::string>(&found->second) : nullptr;
-    return (storage != nullptr ? *storage : std::string()) + "/data/" + std::to_string(own.bundle->id()) + "/" +
-           filename;
+    auto const folder = core::dataFolder(own.core->properties(), own.bundle->id());
+    if (folder.empty()) {
+        return {};
+    }
+    core::makeDataFolder(folder);
+    return folder + filename;
 }
 
 std::vector<Bundle> BundleContext::InstallBundles(std::string const& location, AnyMap const& bundleManifest)

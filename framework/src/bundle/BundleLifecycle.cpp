@@ -2,6 +2,7 @@
 
 #include "bundle/BundleContextPrivate.h"
 #include "bundle/BundleRecord.h"
+#include "bundle/DataFolder.h"
 #include "bundle/Manifest.h"
 #include "event/Events.h"
 #include "framework/FrameworkCore.h"
@@ -202,6 +203,9 @@ void uninstallBundle(FrameworkCore& core, Record const& bundle)
     bundle->setState(Bundle::STATE_INSTALLED);
     core.events().publish(BundleEvent::BUNDLE_UNRESOLVED, bundle);
     core.bundles().remove(*bundle);
+    if (auto const folder = dataFolder(core.properties(), bundle->id()); !folder.empty()) {
+        removeDataFolder(folder);
+    }
     bundle->setState(Bundle::STATE_UNINSTALLED);
     core.events().publish(BundleEvent::BUNDLE_UNINSTALLED, bundle);
 }

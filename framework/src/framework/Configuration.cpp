@@ -52,12 +52,12 @@ std::string currentFolder()
 AnyMap completeConfiguration(std::unordered_map<std::string, Any> const& given)
 {
     AnyMap properties(given); // of the type UNORDERED_MAP
-    properties.emplace(Constants::FRAMEWORK_VERSION, std::string(US_FRAMEWORK_VERSION_STR));
-    properties.emplace(Constants::FRAMEWORK_VENDOR, std::string("CppMicroServices"));
-    properties.emplace(Constants::FRAMEWORK_UUID, newUuid());
+    properties[Constants::FRAMEWORK_VERSION] = std::string(US_FRAMEWORK_VERSION_STR);
+    properties[Constants::FRAMEWORK_VENDOR] = std::string("CppMicroServices");
+    properties[Constants::FRAMEWORK_UUID] = newUuid();
+    properties[Constants::FRAMEWORK_THREADING_SUPPORT] = Constants::FRAMEWORK_THREADING_MULTI;
     properties.emplace(Constants::FRAMEWORK_WORKING_DIR, currentFolder());
     properties.emplace(Constants::FRAMEWORK_STORAGE, std::string("fwdir"));
-    properties.emplace(Constants::FRAMEWORK_THREADING_SUPPORT, Constants::FRAMEWORK_THREADING_MULTI);
     properties.emplace(Constants::FRAMEWORK_LOG, false);
     properties.emplace(Constants::LIBRARY_LOAD_OPTIONS, static_cast<int>(RTLD_NOW));
     return properties;
@@ -76,15 +76,14 @@ bool loadOptionsAreUsable(AnyMap const& properties)
 
 bool logsIn(AnyMap const& properties)
 {
-    auto const* const logs = valueIn<bool>(properties, Constants::FRAMEWORK_LOG);
-    return logs != nullptr && *logs;
+    return any_cast<bool>(properties.at(Constants::FRAMEWORK_LOG));
 }
 
 std::function<bool(Bundle const&)> validationIn(AnyMap const& properties)
 {
     using Validation = std::function<bool(Bundle const&)>;
-    auto const* const validation = valueIn<Validation>(properties, Constants::FRAMEWORK_BUNDLE_VALIDATION_FUNC);
-    return validation != nullptr ? *validation : Validation();
+    auto const found = properties.find(Constants::FRAMEWORK_BUNDLE_VALIDATION_FUNC);
+    return found != properties.cend() ? any_cast<Validation>(found->second) : Validation();
 }
 
 BundleIdentity systemBundleIdentity()

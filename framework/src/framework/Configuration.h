@@ -10,7 +10,7 @@
 
 namespace cppmicroservices::core {
 
-/// The given properties, with the defaults for those that are missing.
+/// The given properties, with the defaults for those that are missing and the framework's own facts in any case.
 AnyMap completeConfiguration(std::unordered_map<std::string, Any> const& given);
 
 // What the framework itself reads of them.
@@ -19,7 +19,13 @@ AnyMap completeConfiguration(std::unordered_map<std::string, Any> const& given);
 /// bundle instead of the end of the process at some later call.
 int loadOptionsIn(AnyMap const& properties);
 bool loadOptionsAreUsable(AnyMap const& properties);
+
+/// @throws BadAnyCastException when it is no bool
 bool logsIn(AnyMap const& properties);
+
+/// Empty when there is none.
+///
+/// @throws BadAnyCastException when it is something else than such a function
 std::function<bool(Bundle const&)> validationIn(AnyMap const& properties);
 
 /// The framework as a bundle.

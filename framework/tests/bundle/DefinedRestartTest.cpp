@@ -1,0 +1,62 @@
+// Where the other framework mixes what belongs to two runs, or says too little.
+#include "contract/BundlesByManifest.h"
+#include "contract/StartedFramework.h"
+#include "contract/ThrownText.h"
+
+#include <cppmicroservices/Constants.h>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+using namespace cppmicroservices;
+using ostrel::test::installByManifest;
+using ostrel::test::stopAndWait;
+using ostrel::test::thrownText;
+
+class DefinedRestart : public ostrel::test::StartedFramework {};
+
+TEST_F(DefinedRestart, keepsTheBundlesOfTwoRunsApart)
+{
+    auto old = installByManifest(context, {"b"}).at(0);
+    stopAndWait(framework);
+    framework.Start();
+    auto const now = installByManifest(framework.GetBundleContext(), {"b"}).at(0);
+    EXPECT_EQ(old.GetBundleId(), now.GetBundleId());
+    EXPECT_NE(old, now);
+    EXPECT_EQ("Bundle b (location=/proc/self/exe) belongs to a stopped framework",
+              thrownText<std::runtime_error>([&] { old.Start(); }));
+    EXPECT_EQ(Bundle::STATE_INSTALLED, now.GetState());
+}
+
+TEST_F(DefinedRestart, keepsTheUuid)
+{
+    auto const uuid = context.GetProperty(Constants::FRAMEWORK_UUID).ToString();
+    stopAndWait(framework);
+    framework.Start();
+    EXPECT_EQ(uuid, framework.GetBundleContext().GetProperty(Constants::FRAMEWORK_UUID).ToString());
+}
+
+TEST(DefinedConfiguration, isRefusedBeforeThereIsAFramework)
+{
+    FrameworkConfiguration const configuration{{Constants::FRAMEWORK_BUNDLE_VALIDATION_FUNC, 1}};
+    EXPECT_THROW(FrameworkFactory().NewFramework(configuration), BadAnyCastException);
+}
+
+TEST(DefinedStorage, saysWhichFolderCannotBeMade)
+{
+    auto framework = FrameworkFactory().NewFramework(
+        FrameworkConfiguration{{Constants::FRAMEWORK_STORAGE, std::string("/proc/none")}});
+    framework.Start();
+    auto bundle = installByManifest(framework.GetBundleContext(), {"b"}).at(0);
+    bundle.Start();
+    EXPECT_EQ("Cannot make the folder /proc/none/data/1/ for a bundle's data: No such file or directory. Check the "
+              "property org.cppmicroservices.framework.storage.",
+              thrownText<std::invalid_argument>([&] { bundle.GetBundleContext().GetDataFile("x"); }));
+    stopAndWait(framework);
+}
+
+} // namespace
