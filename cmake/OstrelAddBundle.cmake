@@ -2,7 +2,7 @@
 #
 #   ostrel_add_bundle(<target>
 #     SYMBOLIC_NAME <name> MANIFEST <manifest.json> SOURCES <files...>
-#     [FILE_NAME <exact file name>] [OUTPUT_DIRECTORY <dir>]
+#     [FILE_NAME <exact file name>] [OUTPUT_DIRECTORY <dir>] [RESOURCES <files...>] [RESOURCE_DIRECTORY <dir>]
 #     [MORE_BUNDLES <name> <manifest.json> [<name> <manifest.json>]...])
 #
 # The guide docs/guide/bundles.md describes it. Include this file after the framework's targets are defined: the target
@@ -10,6 +10,7 @@
 cmake_policy(PUSH)
 cmake_policy(VERSION 3.25)
 
+include("${CMAKE_CURRENT_LIST_DIR}/OstrelBundleArchive.cmake")
 include("${CMAKE_CURRENT_LIST_DIR}/OstrelBundleManifest.cmake")
 
 # Remembered globally: the imported targets of a package are seen only in the directory that found it, and a guess made
@@ -21,8 +22,8 @@ else()
 endif()
 
 function(ostrel_add_bundle target)
-  set(one_value SYMBOLIC_NAME MANIFEST FILE_NAME OUTPUT_DIRECTORY)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "${one_value}" "SOURCES;MORE_BUNDLES")
+  set(one_value SYMBOLIC_NAME MANIFEST FILE_NAME OUTPUT_DIRECTORY RESOURCE_DIRECTORY)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "${one_value}" "SOURCES;MORE_BUNDLES;RESOURCES")
   set(given "${ARGN}")
   _ostrel_check_bundle_arguments()
 
@@ -68,7 +69,7 @@ function(_ostrel_bundle_error)
 endfunction()
 
 macro(_ostrel_check_bundle_arguments)
-  if(target IN_LIST one_value OR target MATCHES "^(SOURCES|MORE_BUNDLES)$")
+  if(target IN_LIST one_value OR target MATCHES "^(SOURCES|MORE_BUNDLES|RESOURCES)$")
     _ostrel_bundle_error("the first argument must be the name of the target, not the keyword ${target}.")
   endif()
   if(TARGET "${target}")
@@ -77,9 +78,9 @@ macro(_ostrel_check_bundle_arguments)
   if(NOT "${arg_UNPARSED_ARGUMENTS}" STREQUAL "")
     list(JOIN arg_UNPARSED_ARGUMENTS "', '" listed)
     _ostrel_bundle_error("unknown argument '${listed}'. Known are SYMBOLIC_NAME, MANIFEST, SOURCES, FILE_NAME, "
-      "OUTPUT_DIRECTORY and MORE_BUNDLES.")
+      "OUTPUT_DIRECTORY, MORE_BUNDLES, RESOURCES and RESOURCE_DIRECTORY.")
   endif()
-  foreach(keyword IN LISTS one_value ITEMS SOURCES MORE_BUNDLES)
+  foreach(keyword IN LISTS one_value ITEMS SOURCES MORE_BUNDLES RESOURCES)
     if("${arg_${keyword}}" STREQUAL "")
       if(keyword IN_LIST arg_KEYWORDS_MISSING_VALUES)
         _ostrel_bundle_error("${keyword} has no value.")
@@ -114,6 +115,16 @@ macro(_ostrel_check_bundle_arguments)
     endif()
   endwhile()
 
+  if(NOT DEFINED arg_RESOURCE_DIRECTORY)
+    set(arg_RESOURCE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+  endif()
+  cmake_path(ABSOLUTE_PATH arg_RESOURCE_DIRECTORY BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
+  foreach(resource IN LISTS arg_RESOURCES)
+    if(resource MATCHES "^/|(^|/)\\.\\.?(/|$)|//|\\$<" OR resource STREQUAL "manifest.json")
+      _ostrel_bundle_error("the resource '${resource}' must be a path below RESOURCE_DIRECTORY, without '.' and '..', "
+        "and not the manifest.")
+    endif()
+  endforeach()
   foreach(source IN LISTS arg_SOURCES)
     _ostrel_check_bundle_source()
   endforeach()
@@ -192,12 +203,32 @@ macro(_ostrel_embed_manifests_by_packer)
     DEPENDS ostrel::bundle_packer ${manifests}
     COMMENT "Packing the manifest of bundle ${target}"
     VERBATIM)
-  string(REPLACE "\\" "\\\\" archive_in_assembly "${archive}")
-  string(REPLACE "\"" "\\\"" archive_in_assembly "${archive_in_assembly}")
-  configure_file("${CMAKE_CURRENT_FUNCTION_LIST_DIR}/OstrelBundleArchive.cpp.in" "${work_dir}/archive.cpp" @ONLY)
-  _ostrel_add_generated_unit("${work_dir}/archive.cpp")
-  set_source_files_properties("${work_dir}/archive.cpp" PROPERTIES OBJECT_DEPENDS "${archive}")
+  if(NOT "${arg_RESOURCES}" STREQUAL "")
+    _ostrel_add_resources_to_archive()
+  endif()
+  _ostrel_embed_archive(${target} "${archive}" "${work_dir}/archive.cpp")
+  set_property(TARGET ${target} PROPERTY OSTREL_EMBEDDED_ARCHIVE TRUE)
   _ostrel_link_framework(ostrel::framework)
+endmacro()
+
+# Makes another archive of the one with the manifests and the resources.
+macro(_ostrel_add_resources_to_archive)
+  set(manifest_archive "${archive}")
+  set(archive "${work_dir}/resources.zip")
+  set(files "")
+  set(inputs "${manifest_archive}")
+  foreach(resource IN LISTS arg_RESOURCES)
+    list(APPEND files --res-add "${resource}")
+    list(APPEND inputs "${arg_RESOURCE_DIRECTORY}/${resource}")
+  endforeach()
+  add_custom_command(
+    OUTPUT "${archive}"
+    COMMAND ostrel::resource_compiler --bundle-name ${arg_SYMBOLIC_NAME} --out-file "${archive}"
+      --zip-add "${manifest_archive}" ${files}
+    WORKING_DIRECTORY "${arg_RESOURCE_DIRECTORY}"
+    DEPENDS ostrel::resource_compiler ${inputs}
+    COMMENT "Packing the resources of bundle ${target}"
+    VERBATIM)
 endmacro()
 
 # The installed framework's own functions, in their LINK mode: the default one appends the archive to the file, and
@@ -231,6 +262,10 @@ macro(_ostrel_embed_manifests_by_installed_framework)
     usFunctionAddResources(TARGET ${target} BUNDLE_NAME ${name}
       WORKING_DIRECTORY "${work_dir}/${name}" FILES manifest.json)
   endforeach()
+  if(NOT "${arg_RESOURCES}" STREQUAL "")
+    usFunctionAddResources(TARGET ${target} BUNDLE_NAME ${arg_SYMBOLIC_NAME}
+      WORKING_DIRECTORY "${arg_RESOURCE_DIRECTORY}" FILES ${arg_RESOURCES})
+  endif()
   set(resources "")
   usFunctionGetResourceSource(TARGET ${target} OUT resources LINK)
   usFunctionEmbedResources(TARGET ${target} LINK)

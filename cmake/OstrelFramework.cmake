@@ -8,7 +8,10 @@ endif()
 
 set(OSTREL_FRAMEWORK_TAKEN embedded)
 if(NOT OSTREL_FRAMEWORK STREQUAL "embedded")
+  # The embedded framework of an installed build, which answers to this name for bundle projects, is not meant here.
+  set(OSTREL_WANTS_INSTALLED_FRAMEWORK ON)
   find_package(CppMicroServices 3.8.4 CONFIG QUIET)
+  unset(OSTREL_WANTS_INSTALLED_FRAMEWORK)
   if(CppMicroServices_FOUND)
     set(OSTREL_FRAMEWORK_TAKEN system)
   elseif(OSTREL_FRAMEWORK STREQUAL "system")

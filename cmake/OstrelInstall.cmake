@@ -34,11 +34,27 @@ if(OSTREL_FRAMEWORK_TAKEN STREQUAL "embedded")
   install(DIRECTORY "${PROJECT_SOURCE_DIR}/framework/include/cppmicroservices" DESTINATION "${directory}"
     FILES_MATCHING PATTERN "*.h")
   ostrel_set_install_run_path(ostrel_framework "${CMAKE_INSTALL_LIBDIR}")
-  install(TARGETS ostrel_framework EXPORT ostrel_us_container-targets
+  install(TARGETS ostrel_framework EXPORT ostrel_framework-targets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}")
-  ostrel_set_install_run_path(ostrel_bundle_packer "${OSTREL_INSTALL_LIBEXECDIR}")
-  install(TARGETS ostrel_bundle_packer EXPORT ostrel_us_container-targets
-    RUNTIME DESTINATION "${OSTREL_INSTALL_LIBEXECDIR}")
+  foreach(tool ostrel_bundle_packer ostrel_resource_compiler)
+    ostrel_set_install_run_path(${tool} "${OSTREL_INSTALL_LIBEXECDIR}")
+    install(TARGETS ${tool} EXPORT ostrel_framework-targets RUNTIME DESTINATION "${OSTREL_INSTALL_LIBEXECDIR}")
+  endforeach()
+  # A package of its own, so that bundles can be built without what the container needs. Its name keeps it from being
+  # found as CppMicroServices unless somebody points there.
+  set(OSTREL_INSTALL_FRAMEWORK_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/ostrel_framework")
+  install(EXPORT ostrel_framework-targets
+    FILE ostrel_frameworkTargets.cmake
+    NAMESPACE ostrel::
+    DESTINATION "${OSTREL_INSTALL_FRAMEWORK_CMAKEDIR}")
+  install(FILES
+    "${PROJECT_SOURCE_DIR}/cmake/framework/CppMicroServicesConfig.cmake"
+    "${PROJECT_SOURCE_DIR}/cmake/framework/CppMicroServicesConfigVersion.cmake"
+    "${PROJECT_SOURCE_DIR}/cmake/framework/OstrelEmbeddedFramework.cmake"
+    "${PROJECT_SOURCE_DIR}/cmake/OstrelBundleArchive.cmake"
+    "${PROJECT_SOURCE_DIR}/cmake/OstrelBundleArchive.cpp.in"
+    "${PROJECT_SOURCE_DIR}/cmake/OstrelResourceFunctions.cmake"
+    DESTINATION "${OSTREL_INSTALL_FRAMEWORK_CMAKEDIR}")
 else()
   install(TARGETS ostrel_framework EXPORT ostrel_us_container-targets)
 endif()
@@ -66,4 +82,4 @@ install(FILES
   DESTINATION "${OSTREL_INSTALL_CMAKEDIR}")
 # ostrel_add_bundle() with the files that it reads.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/cmake/" DESTINATION "${OSTREL_INSTALL_CMAKEDIR}"
-  FILES_MATCHING PATTERN "OstrelAddBundle.cmake" PATTERN "OstrelBundle*")
+  FILES_MATCHING PATTERN "OstrelAddBundle.cmake" PATTERN "OstrelBundle*" PATTERN "framework" EXCLUDE)

@@ -13,7 +13,8 @@ expected=(
     "$libdir"/cmake/ostrel_us_container/{ostrel_us_containerConfig,OstrelAddBundle}.cmake
 )
 if [[ "$framework" == embedded ]]; then
-    expected+=(include/ostrel_framework/cppmicroservices/Bundle.h "$libdir"/libostrel_framework.so{,.1})
+    expected+=(include/ostrel_framework/cppmicroservices/Bundle.h "$libdir"/libostrel_framework.so{,.1}
+        "$libdir"/cmake/ostrel_framework/{OstrelEmbeddedFramework,CppMicroServicesConfig}.cmake)
 fi
 if [[ "$tools" == ON ]]; then
     expected+=("$bindir/ostrel-host")
@@ -22,9 +23,10 @@ for file in "${expected[@]}"; do
     [[ -e "$prefix/$file" ]] || fail "$file was not installed"
 done
 
-# Nothing that would meet an installed CppMicroServices, and nothing that belongs to nobody.
-if found=$(find "$prefix" -path '*/include/cppmicroservices*' -o -iname 'CppMicroServicesConfig*' -o -name '*.a' -o \
-    -iname 'libCppMicroServices*' | grep .); then
+# Nothing that would meet an installed CppMicroServices, and nothing that belongs to nobody. The one file of that name
+# lies where only somebody who points there finds it.
+if found=$(find "$prefix" -path '*/include/cppmicroservices*' -o -iname 'CppMicroServices*.cmake' -o -name '*.a' -o \
+    -iname 'libCppMicroServices*' | grep -v "^$prefix/$libdir/cmake/ostrel_framework/CppMicroServicesConfig"); then
     fail "this must not be installed: $found"
 fi
 headers=$(cd "$prefix/include" && find . -mindepth 1 -maxdepth 1 | sort | tr '\n' ' ')
@@ -34,10 +36,10 @@ case "$framework:$headers" in
 esac
 
 # The package is relocatable, and its users need none of the private libraries.
-for file in "$prefix/$libdir"/cmake/ostrel_us_container/*.cmake; do
+for file in "$prefix/$libdir"/cmake/ostrel_*/*.cmake; do
     for leak in "$prefix" "$build_dir" "$source_dir"; do
         ! grep -nF "$leak" "$file" || fail "$file holds the path $leak"
     done
 done
-! grep -niE 'libzip|rapidjson|bundle_file|warnings' "$prefix/$libdir"/cmake/ostrel_us_container/*Targets*.cmake ||
+! grep -niE 'libzip|rapidjson|bundle_file|warnings' "$prefix/$libdir"/cmake/ostrel_*/*Targets*.cmake ||
     fail "private libraries are part of the exported targets"

@@ -1,0 +1,15 @@
+# The version of the API, by the rule of the original: the same major version, and not a later one.
+set(PACKAGE_VERSION 3.8.4)
+if(OSTREL_WANTS_INSTALLED_FRAMEWORK)
+  # This project itself looks for an installed CppMicroServices, to be used in place of the embedded framework.
+  set(PACKAGE_VERSION_UNSUITABLE TRUE)
+elseif(PACKAGE_FIND_VERSION_MAJOR STREQUAL "" OR NOT DEFINED PACKAGE_FIND_VERSION_MAJOR)
+  set(PACKAGE_VERSION_COMPATIBLE TRUE)
+elseif(PACKAGE_FIND_VERSION_MAJOR EQUAL 3 AND NOT PACKAGE_FIND_VERSION VERSION_GREATER PACKAGE_VERSION)
+  set(PACKAGE_VERSION_COMPATIBLE TRUE)
+  if(PACKAGE_FIND_VERSION VERSION_EQUAL PACKAGE_VERSION)
+    set(PACKAGE_VERSION_EXACT TRUE)
+  endif()
+else()
+  set(PACKAGE_VERSION_COMPATIBLE FALSE)
+endif()

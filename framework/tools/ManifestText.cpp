@@ -1,0 +1,53 @@
+#include "ManifestText.h"
+
+#include <rapidjson/document.h>
+#include <rapidjson/error/en.h>
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
+
+namespace {
+
+rapidjson::Document parse(const std::string& text, const std::string& source)
+{
+    // Without recursion, so that a deeply nested text cannot exhaust the stack.
+    constexpr unsigned flags =
+        rapidjson::kParseCommentsFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
+    rapidjson::Document document;
+    document.Parse<flags>(text.data(), text.size());
+    if (document.HasParseError()) {
+        throw ManifestError{source + ": " + rapidjson::GetParseError_En(document.GetParseError()) + " (at byte " +
+                            std::to_string(document.GetErrorOffset()) + ")"};
+    }
+    if (!document.IsObject()) {
+        throw ManifestError{source + ": a manifest must be a JSON object"};
+    }
+    return document;
+}
+
+std::string written(const rapidjson::Value& value)
+{
+    rapidjson::StringBuffer buffer;
+    rapidjson::PrettyWriter<rapidjson::StringBuffer> writer{buffer};
+    value.Accept(writer);
+    return buffer.GetString();
+}
+
+} // namespace
+
+void ManifestText::check(const std::string& text, const std::string& source)
+{
+    parse(text, source);
+}
+
+void ManifestText::add(const std::string& text, const std::string& source)
+{
+    const rapidjson::Document document = parse(text, source);
+    for (const auto& member : document.GetObject()) {
+        const std::string key = written(member.name);
+        if (m_keys.find('\n' + key + '\n') != std::string::npos) {
+            throw ManifestError{"Duplicate key: " + key + " found in " + source};
+        }
+        m_keys += '\n' + key + '\n';
+        m_members += (m_members.empty() ? "\n" : ",\n") + key + ": " + written(member.value);
+    }
+}
