@@ -40,41 +40,72 @@ void eraseAt(Outer& map, Key const& key, InnerKey const& innerKey)
 
 } // namespace
 
+ServiceIndex::Offered ServiceIndex::offered(Reference const& reference)
+{
+    return {reference, reference->record->m_properties};
+}
+
+ServiceIndex::Offer ServiceIndex::offerOf(std::map<Rank, Reference> const& services)
+{
+    std::vector<Offered> all;
+    all.reserve(services.size());
+    for (auto const& entry : services) {
+        all.push_back(offered(entry.second));
+    }
+    return std::make_shared<std::vector<Offered> const>(std::move(all));
+}
+
 bool ServiceIndex::Rank::operator<(Rank const& other) const
 {
     return std::tie(other.ranking, shownId, id) < std::tie(ranking, other.shownId, other.id);
 }
 
-void ServiceIndex::add(std::shared_ptr<ServiceRecord> const& record, Rank const& rank)
+void ServiceIndex::add(std::shared_ptr<ServiceRecord> const& record, Rank const& rank, Outdated& outdated)
 {
     auto const untyped = std::make_shared<ReferenceData const>(ReferenceData{record, std::string()});
-    m_all.emplace(rank.id, untyped);
-    m_byOwner[record->owner().get()].emplace(rank.id, untyped);
-    m_byShownId[rank.shownId].emplace(rank.id, rank);
-    for (auto const& name : record->classes()) {
-        m_byClass[name].emplace(rank, std::make_shared<ReferenceData const>(ReferenceData{record, name}));
+    // Ids rise, so a new service nearly always comes last.
+    auto const placed = m_all.emplace_hint(m_all.end(), rank.id, Placed{untyped, rank});
+    auto& ofOwner = m_byOwner[record->owner().get()];
+    ofOwner.emplace_hint(ofOwner.end(), rank.id, untyped);
+    if (rank.shownId != rank.id) {
+        m_byOwnId[rank.shownId].emplace(rank.id, &placed->second);
     }
+    for (auto const& name : record->classes()) {
+        m_byClass[name].services.emplace(rank, std::make_shared<ReferenceData const>(ReferenceData{record, name}));
+    }
+    outdate(*record, outdated);
 }
 
-void ServiceIndex::remove(ServiceRecord const& record, Rank const& rank)
+void ServiceIndex::remove(ServiceRecord const& record, Rank const& rank, Outdated& outdated)
 {
+    outdate(record, outdated);
     for (auto const& name : record.classes()) {
-        eraseAt(m_byClass, name, rank);
+        auto const found = m_byClass.find(name);
+        if (found != m_byClass.end()) {
+            found->second.services.erase(rank);
+            if (found->second.services.empty()) {
+                m_byClass.erase(found);
+            }
+        }
     }
-    eraseAt(m_byShownId, rank.shownId, rank.id);
+    eraseAt(m_byOwnId, rank.shownId, rank.id);
     eraseAt(m_byOwner, record.owner().get(), rank.id);
     m_all.erase(rank.id);
 }
 
-void ServiceIndex::move(ServiceRecord const& record, Rank const& from, Rank const& to)
+void ServiceIndex::change(ServiceRecord const& record, Rank const& from, Rank const& to, Outdated& outdated)
 {
-    auto const ids = m_byShownId.find(from.shownId);
-    if (ids == m_byShownId.end() || ids->second.count(from.id) == 0) {
+    auto const placed = m_all.find(from.id);
+    if (placed == m_all.end()) {
         return; // no longer registered
     }
-    ids->second[from.id] = to;
+    outdate(record, outdated);
+    placed->second.rank = to;
+    if (from.ranking == to.ranking) {
+        return; // the id that is shown never changes
+    }
     for (auto const& name : record.classes()) {
-        auto& services = m_byClass[name];
+        auto& services = m_byClass[name].services;
         auto node = services.extract(from);
         if (!node.empty()) {
             node.key() = to;
@@ -83,58 +114,119 @@ void ServiceIndex::move(ServiceRecord const& record, Rank const& from, Rank cons
     }
 }
 
+void ServiceIndex::outdate(ServiceRecord const& record, Outdated& outdated)
+{
+    auto const setAside = [&outdated](Offer& offer) {
+        if (offer) {
+            outdated.push_back(std::move(offer));
+            offer.reset();
+        }
+    };
+    setAside(m_offerOfAll);
+    for (auto const& name : record.classes()) {
+        auto const found = m_byClass.find(name);
+        if (found != m_byClass.end()) {
+            setAside(found->second.offer);
+        }
+    }
+}
+
 ServiceIndex::References ServiceIndex::all() const
 {
-    return valuesOf(m_all);
+    References result;
+    result.reserve(m_all.size());
+    for (auto const& entry : m_all) {
+        result.push_back(entry.second.reference);
+    }
+    return result;
 }
 
 ServiceIndex::Reference ServiceIndex::first() const
 {
-    return m_all.empty() ? nullptr : m_all.begin()->second;
+    return m_all.empty() ? nullptr : m_all.begin()->second.reference;
 }
 
 ServiceIndex::References ServiceIndex::ofClass(std::string const& name) const
 {
-    return valuesAt(m_byClass, name);
+    auto const found = m_byClass.find(name);
+    return found != m_byClass.end() ? valuesOf(found->second.services) : References();
 }
 
-ServiceIndex::References ServiceIndex::ofClasses(std::vector<std::string> const& names) const
+ServiceIndex::Offer ServiceIndex::offerOfAll()
+{
+    if (!m_offerOfAll && !m_all.empty()) {
+        std::vector<Offered> all;
+        all.reserve(m_all.size());
+        for (auto const& entry : m_all) {
+            all.push_back(offered(entry.second.reference));
+        }
+        m_offerOfAll = std::make_shared<std::vector<Offered> const>(std::move(all));
+    }
+    return m_offerOfAll;
+}
+
+ServiceIndex::Offer ServiceIndex::offerOfClass(std::string const& name)
+{
+    auto const found = m_byClass.find(name);
+    if (found == m_byClass.end()) {
+        return nullptr;
+    }
+    if (!found->second.offer) {
+        found->second.offer = offerOf(found->second.services);
+    }
+    return found->second.offer;
+}
+
+ServiceIndex::Offer ServiceIndex::offerOfClasses(std::vector<std::string> const& names)
 {
     if (names.size() == 1) {
-        return ofClass(names.front());
+        return offerOfClass(names.front());
     }
     std::map<Rank, Reference> merged;
     for (auto const& name : names) {
         auto const found = m_byClass.find(name);
         if (found != m_byClass.end()) {
-            merged.insert(found->second.begin(), found->second.end());
+            merged.insert(found->second.services.begin(), found->second.services.end());
         }
     }
-    return valuesOf(merged);
+    return offerOf(merged);
 }
 
 ServiceIndex::Reference ServiceIndex::bestOf(std::string const& name) const
 {
     auto const found = m_byClass.find(name);
-    return found != m_byClass.end() ? found->second.begin()->second : nullptr;
+    return found != m_byClass.end() ? found->second.services.begin()->second : nullptr;
 }
 
-ServiceIndex::References ServiceIndex::withId(long shownId, std::string const& className) const
+ServiceIndex::Reference ServiceIndex::referenceFor(Placed const& placed, std::string const& className) const
 {
-    References result;
-    auto const ids = m_byShownId.find(shownId);
-    if (ids == m_byShownId.end()) {
-        return result;
+    if (className.empty()) {
+        return placed.reference;
     }
-    auto const services = className.empty() ? m_byClass.end() : m_byClass.find(className);
-    for (auto const& [id, rank] : ids->second) {
-        if (className.empty()) {
-            result.push_back(m_all.at(id));
-        } else if (services != m_byClass.end()) {
-            auto const found = services->second.find(rank);
-            if (found != services->second.end()) {
-                result.push_back(found->second);
-            }
+    auto const services = m_byClass.find(className);
+    if (services == m_byClass.end()) {
+        return nullptr;
+    }
+    auto const found = services->second.services.find(placed.rank);
+    return found != services->second.services.end() ? found->second : nullptr;
+}
+
+std::vector<ServiceIndex::Offered> ServiceIndex::withId(long shownId, std::string const& className) const
+{
+    // The ids that the framework gives are distinct, but a service may have given itself the id of another one.
+    std::map<long, Placed const*> found;
+    auto const own = m_byOwnId.find(shownId);
+    if (own != m_byOwnId.end()) {
+        found = own->second;
+    }
+    auto const regular = m_all.find(shownId);
+    if (regular != m_all.end() && regular->second.rank.shownId == shownId) {
+        found.emplace(shownId, &regular->second);
+    }
+    std::vector<Offered> result;
+    for (auto const& entry : found) {
+        if (auto reference = referenceFor(*entry.second, className)) {
+            result.push_back(offered(reference));
         }
     }
     return result;

@@ -13,6 +13,9 @@ namespace cppmicroservices::core {
 /// The registered services of one framework run, by everything that they are looked up by. No lock of its own.
 ///
 /// Each change is O(log n); each look-up costs as much as its result is long.
+///
+/// Who matches a filter against many services takes an offer of them with their properties, and needs no lock then. An
+/// offer is kept until one of its services changes, so that further queries copy nothing.
 class ServiceIndex {
 public:
     using Reference = std::shared_ptr<ReferenceData const>;
@@ -27,9 +30,22 @@ public:
         bool operator<(Rank const& other) const;
     };
 
-    void add(std::shared_ptr<ServiceRecord> const& record, Rank const& rank);
-    void remove(ServiceRecord const& record, Rank const& rank);
-    void move(ServiceRecord const& record, Rank const& from, Rank const& to);
+    struct Offered {
+        Reference reference;
+        ServiceRecord::Properties properties;
+    };
+
+    using Offer = std::shared_ptr<std::vector<Offered> const>;
+
+    /// Offers that a change made useless. They may be the last owners of services and properties, whose destructors are
+    /// foreign code, so they have to outlive the lock.
+    using Outdated = std::vector<Offer>;
+
+    void add(std::shared_ptr<ServiceRecord> const& record, Rank const& rank, Outdated& outdated);
+    void remove(ServiceRecord const& record, Rank const& rank, Outdated& outdated);
+
+    /// The properties of the service were replaced, and its rank with them.
+    void change(ServiceRecord const& record, Rank const& from, Rank const& to, Outdated& outdated);
 
     /// In order of registration.
     References all() const;
@@ -38,13 +54,17 @@ public:
     /// Best first.
     References ofClass(std::string const& name) const;
 
+    /// As all() and ofClass(). Null for none.
+    Offer offerOfAll();
+    Offer offerOfClass(std::string const& name);
+
     /// The services that are of any of the classes, each once, best first.
-    References ofClasses(std::vector<std::string> const& names) const;
+    Offer offerOfClasses(std::vector<std::string> const& names);
     Reference bestOf(std::string const& name) const;
     bool hasClass(std::string const& name) const { return m_byClass.count(name) != 0; }
 
     /// The services with that "service.id", as references for the class ("" for any), in order of registration.
-    References withId(long shownId, std::string const& className) const;
+    std::vector<Offered> withId(long shownId, std::string const& className) const;
 
     /// In order of registration.
     References registeredBy(BundleRecord const& bundle) const;
@@ -58,9 +78,26 @@ public:
 private:
     using ById = std::map<long, Reference>;
 
-    ById m_all;
-    std::unordered_map<long, std::map<long, Rank>> m_byShownId;
-    std::unordered_map<std::string, std::map<Rank, Reference>> m_byClass;
+    struct Placed {
+        Reference reference;
+        Rank rank;
+    };
+
+    struct Class {
+        std::map<Rank, Reference> services; // never empty
+        Offer offer;                        // null until someone asks
+    };
+
+    /// The service as a reference for the class, or null when it is not of the class.
+    Reference referenceFor(Placed const& placed, std::string const& className) const;
+    static Offered offered(Reference const& reference);
+    static Offer offerOf(std::map<Rank, Reference> const& services);
+    void outdate(ServiceRecord const& record, Outdated& outdated);
+
+    std::map<long, Placed> m_all;
+    Offer m_offerOfAll;
+    std::unordered_map<long, std::map<long, Placed const*>> m_byOwnId; // services that gave themselves a "service.id"
+    std::unordered_map<std::string, Class> m_byClass;
     std::unordered_map<BundleRecord const*, ById> m_byOwner;
     std::unordered_map<BundleRecord const*, ById> m_byUser;
 };

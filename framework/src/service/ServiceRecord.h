@@ -16,6 +16,7 @@
 namespace cppmicroservices::core {
 
 class BundleRecord;
+class ServiceIndex;
 class ServiceRegistry;
 
 /// One object of a service in the hands of one bundle, from its first use to its last.
@@ -39,7 +40,7 @@ struct BundleUses {
 
 /// A registered service as the framework knows it. Outlives the framework where a reference or registration does.
 ///
-/// The members without "const" are guarded by the registry's lock and touched by the registry's own functions only.
+/// The members without "const" are guarded by the registry's lock and touched by the registry and its index only.
 class ServiceRecord : public std::enable_shared_from_this<ServiceRecord> {
 public:
     enum class State { registered, unregistering, unregistered };
@@ -57,6 +58,7 @@ public:
     bool hasClass(std::string const& name) const;
 
 private:
+    friend class ServiceIndex;
     friend class ServiceRegistry;
 
     std::shared_ptr<ServiceRegistry> const m_registry;

@@ -2,6 +2,7 @@
 
 #include "bundle/BundleRecord.h"
 #include "framework/HandleAccess.h"
+#include "ldap/MapAccess.h"
 #include "service/ReferenceProperties.h"
 #include "service/ServiceRegistry.h"
 
@@ -49,8 +50,8 @@ ServiceReferenceBase::operator bool() const
 Any ServiceReferenceBase::GetProperty(std::string const& key) const
 {
     auto const properties = core::propertiesOf(*this);
-    auto const found = properties->find(key);
-    return found != properties->cend() ? found->second : Any();
+    auto const* const found = ldap::MapAccess::findIgnoringCase(*properties, key);
+    return found != nullptr ? *found : Any();
 }
 
 std::vector<std::string> ServiceReferenceBase::GetPropertyKeys() const

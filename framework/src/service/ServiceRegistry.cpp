@@ -3,11 +3,9 @@
 #include "bundle/BundleContextPrivate.h"
 #include "bundle/BundleRecord.h"
 #include "event/Events.h"
-#include "ldap/FilterAccess.h"
 #include "service/PropertyRules.h"
 
 #include "cppmicroservices/Constants.h"
-#include "cppmicroservices/LDAPFilter.h"
 #include "cppmicroservices/PrototypeServiceFactory.h"
 
 #include <algorithm>
@@ -90,11 +88,12 @@ std::shared_ptr<ServiceRecord> ServiceRegistry::add(BundleContextPrivate const& 
     record->m_ranking = described.ranking;
     record->m_shownId = described.shownId;
     {
+        ServiceIndex::Outdated outdated;
         std::lock_guard<std::mutex> const lock(m_mutex);
         if (m_closed || !owner || !context.mayRegister()) {
             throw std::runtime_error("The bundle context is no longer valid");
         }
-        m_index.add(record, rankOf(*record));
+        m_index.add(record, rankOf(*record), outdated);
     }
     m_events->publish(ServiceEvent::SERVICE_REGISTERED, record, all);
     return record;
@@ -111,6 +110,7 @@ void ServiceRegistry::changeProperties(std::shared_ptr<ServiceRecord> const& rec
         auto replaced = propertiesReplaced(properties, *old);
         all = std::make_shared<AnyMap const>(std::move(replaced.all));
 
+        ServiceIndex::Outdated outdated;
         std::lock_guard<std::mutex> const lock(m_mutex);
         if (record->m_properties != old) {
             continue; // another thread was faster; what it set is replaced as well
@@ -119,7 +119,7 @@ void ServiceRegistry::changeProperties(std::shared_ptr<ServiceRecord> const& rec
         record->m_properties = all; // `old` still holds the former ones: they go after the lock
         record->m_ranking = replaced.ranking;
         if (record->m_state == ServiceRecord::State::registered) {
-            m_index.move(*record, from, rankOf(*record));
+            m_index.change(*record, from, rankOf(*record), outdated);
         }
         break;
     }
@@ -129,12 +129,13 @@ void ServiceRegistry::changeProperties(std::shared_ptr<ServiceRecord> const& rec
 void ServiceRegistry::remove(std::shared_ptr<ServiceRecord> const& record)
 {
     {
+        ServiceIndex::Outdated outdated;
         std::lock_guard<std::mutex> const lock(m_mutex);
         if (record->m_state != ServiceRecord::State::registered) {
             throw std::logic_error("Service is unregistered");
         }
         record->m_state = ServiceRecord::State::unregistering;
-        m_index.remove(*record, rankOf(*record));
+        m_index.remove(*record, rankOf(*record), outdated);
     }
     m_events->publish(ServiceEvent::SERVICE_UNREGISTERING, record, this->properties(*record));
 
@@ -169,63 +170,6 @@ void ServiceRegistry::remove(std::shared_ptr<ServiceRecord> const& record)
             giveBack(*factory, record, *ofUser.shared, Reason::unregistered);
         }
     }
-}
-
-ServiceRegistry::References ServiceRegistry::find(std::string const& className, std::string const& filter) const
-{
-    if (filter.empty()) {
-        std::lock_guard<std::mutex> const lock(m_mutex);
-        return className.empty() ? m_index.all() : m_index.ofClass(className);
-    }
-    if (!className.empty()) {
-        std::lock_guard<std::mutex> const lock(m_mutex);
-        if (!m_index.hasClass(className)) {
-            return {}; // and the filter, which may be malformed, is not looked at
-        }
-    }
-    LDAPFilter const condition(filter);
-    auto const& required = ldap::FilterAccess::requirements(condition);
-    References candidates;
-    std::vector<ServiceRecord::Properties> properties;
-    {
-        std::lock_guard<std::mutex> const lock(m_mutex);
-        if (required.serviceId) {
-            candidates = m_index.withId(*required.serviceId, className);
-        } else if (!className.empty()) {
-            candidates = m_index.ofClass(className);
-        } else if (required.classes) {
-            candidates = m_index.ofClasses(*required.classes);
-        } else {
-            candidates = m_index.all();
-        }
-        properties.reserve(candidates.size());
-        for (auto const& candidate : candidates) {
-            properties.push_back(candidate->record->m_properties);
-        }
-    }
-    References result;
-    for (std::size_t i = 0; i < candidates.size(); ++i) {
-        if (ldap::FilterAccess::matches(condition, *properties[i])) {
-            // A class that only the filter names does not make the references ones for that class.
-            bool const asked = candidates[i]->interfaceId == className;
-            result.push_back(
-                asked ? candidates[i]
-                      : std::make_shared<ReferenceData const>(ReferenceData{candidates[i]->record, className}));
-        }
-    }
-    return result;
-}
-
-ServiceRegistry::Reference ServiceRegistry::best(std::string const& className) const
-{
-    std::lock_guard<std::mutex> const lock(m_mutex);
-    return className.empty() ? m_index.first() : m_index.bestOf(className);
-}
-
-ServiceRegistry::References ServiceRegistry::registeredBy(BundleRecord const& bundle) const
-{
-    std::lock_guard<std::mutex> const lock(m_mutex);
-    return m_index.registeredBy(bundle);
 }
 
 void ServiceRegistry::endRegistrations(BundleContextPrivate& context) noexcept

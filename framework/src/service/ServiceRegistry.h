@@ -1,5 +1,6 @@
 #pragma once
 
+#include "service/FilterCache.h"
 #include "service/ServiceIndex.h"
 #include "service/ServiceRecord.h"
 
@@ -107,11 +108,14 @@ private:
     void giveBack(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record, ServiceUse const& use,
                   Reason reason) noexcept;
 
+    static References matching(std::vector<ServiceIndex::Offered> const& offered, LDAPFilter const& condition,
+                               std::string const& className);
     static ServiceIndex::Rank rankOf(ServiceRecord const& record);
 
     std::shared_ptr<Events> const m_events;
-    mutable std::mutex m_mutex; // guards all below, and what is not const in the ServiceRecords and their ServiceUses
-    ServiceIndex m_index;
+    mutable FilterCache m_filters;
+    mutable std::mutex m_mutex;   // guards all below, and what is not const in the ServiceRecords and their ServiceUses
+    mutable ServiceIndex m_index; // a query may make an offer
     bool m_closed = false;
 };
 
