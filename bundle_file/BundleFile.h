@@ -62,6 +62,11 @@ inline constexpr std::size_t manifestLimit = std::size_t{16} << 20;
 /// @cost   reads the file into memory; of one that is neither a shared object nor an archive only the ends.
 Contents read(const std::string& path);
 
+/// What `Contents::stamp` would be if the file were read now; one that no file has when it cannot be told.
+///
+/// @cost  one call of the system; the file is not opened
+FileStamp stampOf(const std::string& path);
+
 /// As read(), for the bytes of a file in memory. Any bytes will do.
 ///
 /// @throws std::bad_alloc and nothing else

@@ -1,5 +1,7 @@
 #include "bundle_file/FileBytes.h"
 
+#include "bundle_file/BundleFile.h"
+
 #include <cerrno>
 #include <cstddef>
 #include <fcntl.h>
@@ -27,6 +29,12 @@ FileStamp stampOf(int descriptor)
 {
     struct stat status {};
     return ::fstat(descriptor, &status) == 0 ? stampOf(status) : FileStamp{};
+}
+
+FileStamp stampOf(const std::string& path)
+{
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? stampOf(status) : FileStamp{};
 }
 
 FileBytes::FileBytes(const std::string& path) : m_path{path}

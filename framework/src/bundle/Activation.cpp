@@ -4,6 +4,7 @@
 #include "bundle/BuiltFor.h"
 #include "bundle/BundleRecord.h"
 #include "framework/HandleAccess.h"
+#include "resource/ResourceFile.h"
 
 #include "cppmicroservices/SharedLibraryException.h"
 
@@ -19,7 +20,9 @@ void Activation::load(BundleRecord const& bundle, int options, std::shared_ptr<B
         return;
     }
     // Checked at installation already, but the file may be another one by now.
-    refuseForeignLibrary(bundle.location(), neededBy(bundle.location()));
+    if (!bundle.resources() || !bundle.resources()->isUnchanged()) {
+        refuseForeignLibrary(bundle.location(), neededBy(bundle.location()));
+    }
     try {
         m_library = SharedLibrary(bundle.location(), options);
     } catch (LoadError const& e) {

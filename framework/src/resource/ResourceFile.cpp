@@ -35,4 +35,10 @@ std::shared_ptr<ResourceFile::Opened const> ResourceFile::open() const
     return m_opened;
 }
 
+bool ResourceFile::isUnchanged() const
+{
+    return m_contents.stamp != ostrel::bundle_file::FileStamp() &&
+           m_contents.stamp == ostrel::bundle_file::stampOf(m_location);
+}
+
 } // namespace cppmicroservices::core

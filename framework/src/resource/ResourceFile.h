@@ -34,6 +34,9 @@ public:
     /// @locks  the file's own, while it is opened
     std::shared_ptr<Opened const> open() const;
 
+    /// True when the file at the location is still the one that was installed, and was not written to since.
+    bool isUnchanged() const;
+
 private:
     std::string const m_location;
     std::string const m_path; // the same, but independent of the current folder
