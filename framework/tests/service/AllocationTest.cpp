@@ -63,15 +63,15 @@ long allocationsOf(Work work)
     return allocations - before;
 }
 
-class AllocationTest : public testing::Test {
+class Allocation : public testing::Test {
 protected:
-    AllocationTest() : m_framework(cppmicroservices::FrameworkFactory().NewFramework())
+    Allocation() : m_framework(cppmicroservices::FrameworkFactory().NewFramework())
     {
         m_framework.Start();
         context = m_framework.GetBundleContext();
     }
 
-    ~AllocationTest() override
+    ~Allocation() override
     {
         m_framework.Stop();
         m_framework.WaitForStop(std::chrono::milliseconds::zero());
@@ -101,7 +101,7 @@ std::string const selective = "(&(kind=a kind*long*say)(size>=100000))";
 std::string const broad =
     "(|(&(kind~=A KIND OF THING THAT IS LONG TO SAY)(tags=blue))(!(weight<=9.0))(size=-1)(none=*))";
 
-TEST_F(AllocationTest, MatchingAServiceAllocatesNothing)
+TEST_F(Allocation, matchingAServiceAllocatesNothing)
 {
     registerServices(1);
     auto const reference = context.GetServiceReference<Thing>();
@@ -111,7 +111,7 @@ TEST_F(AllocationTest, MatchingAServiceAllocatesNothing)
     }
 }
 
-TEST_F(AllocationTest, QueryAllocatesTheSameHoweverManyServicesItLooksAt)
+TEST_F(Allocation, queryAllocatesTheSameHoweverManyServicesItLooksAt)
 {
     registerServices(10);
     auto const repeated = [this](std::string const& filter) {
@@ -127,14 +127,14 @@ TEST_F(AllocationTest, QueryAllocatesTheSameHoweverManyServicesItLooksAt)
     EXPECT_LE(broadAtTen, 1);
 }
 
-TEST_F(AllocationTest, ClassQueryAllocatesItsResultOnly)
+TEST_F(Allocation, classQueryAllocatesItsResultOnly)
 {
     registerServices(1000);
     // The framework's references, the handles on them, and the typed ones that the caller's template makes of these.
     EXPECT_LE(allocationsOf([this] { EXPECT_EQ(context.GetServiceReferences<Thing>().size(), 1000U); }), 4);
 }
 
-TEST_F(AllocationTest, ReadingAPropertyAllocatesItsCopyOnly)
+TEST_F(Allocation, readingAPropertyAllocatesItsCopyOnly)
 {
     registerServices(1);
     auto const reference = context.GetServiceReference<Thing>();
@@ -142,7 +142,7 @@ TEST_F(AllocationTest, ReadingAPropertyAllocatesItsCopyOnly)
     EXPECT_EQ(allocationsOf([&] { (void)reference.GetProperty(key); }), 1);
 }
 
-TEST_F(AllocationTest, QueryByTheSameIdAllocatesNoMoreAmongManyServices)
+TEST_F(Allocation, queryByTheSameIdAllocatesNoMoreAmongManyServices)
 {
     registerServices(1);
     auto const reference = context.GetServiceReference<Thing>();
