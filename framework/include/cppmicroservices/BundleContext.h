@@ -246,8 +246,8 @@ private:
     {
         std::string const& id = us_service_interface_iid<S>();
         if (id.empty()) {
-            throw ServiceException("The service interface class has no name; "
-                                   "give it one with CPPMICROSERVICES_DECLARE_SERVICE_INTERFACE");
+            throw ServiceException("The service interface class has no "
+                                   "CPPMICROSERVICES_DECLARE_SERVICE_INTERFACE macro");
         }
         return id;
     }

@@ -7,10 +7,14 @@
 #include "cppmicroservices/GlobalConfig.h"
 
 #include <atomic>
+#include <functional>
 
 namespace cppmicroservices {
 
 class BundleContextPrivate;
+
+/// What CPPMICROSERVICES_INITIALIZE_BUNDLE defines for the framework.
+using SetBundleContextFn = std::function<void(BundleContextPrivate*)>;
 
 } // namespace cppmicroservices
 

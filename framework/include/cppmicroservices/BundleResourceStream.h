@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <istream>
+#include <memory>
 
 namespace cppmicroservices {
 

@@ -2,10 +2,12 @@
 
 #include "cppmicroservices/Any.h"
 
+#include <atomic> // not needed here, but sources rely on getting it and <mutex> with this header
 #include <cstddef>
 #include <functional>
 #include <iosfwd>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 

@@ -254,8 +254,7 @@ InterfaceMapConstPtr ServiceRegistry::ask(ServiceFactory& factory, std::shared_p
     try {
         object = factory.GetService(HandleAccess::bundle(user), HandleAccess::registration(record));
     } catch (std::exception const& e) {
-        m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, record->owner(),
-                          "ServiceFactory threw an unknown exception.",
+        m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, user, "ServiceFactory threw an unknown exception.",
                           std::make_exception_ptr(ServiceException(e.what(), ServiceException::FACTORY_EXCEPTION)));
         return nullptr;
     }

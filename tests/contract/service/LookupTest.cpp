@@ -150,4 +150,11 @@ TEST_F(LookingUp, writesAReference)
     EXPECT_EQ("Invalid service reference", stale.str());
 }
 
+TEST_F(LookingUp, needsAnInterfaceWithAName)
+{
+    auto const text = "The service interface class has no CPPMICROSERVICES_DECLARE_SERVICE_INTERFACE macro";
+    EXPECT_EQ(text, thrownText<ServiceException>([this] { context.GetServiceReference<void>(); }));
+    EXPECT_EQ(text, thrownText<ServiceException>([this] { context.GetServiceReferences<void>(); }));
+}
+
 } // namespace
