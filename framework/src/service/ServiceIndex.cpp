@@ -62,6 +62,7 @@ bool ServiceIndex::Rank::operator<(Rank const& other) const
 
 void ServiceIndex::add(std::shared_ptr<ServiceRecord> const& record, Rank const& rank, Outdated& outdated)
 {
+    outdate(*record, outdated);
     auto const untyped = std::make_shared<ReferenceData const>(ReferenceData{record, std::string()});
     // Ids rise, so a new service nearly always comes last.
     auto const placed = m_all.emplace_hint(m_all.end(), rank.id, Placed{untyped, rank});
@@ -73,7 +74,6 @@ void ServiceIndex::add(std::shared_ptr<ServiceRecord> const& record, Rank const&
     for (auto const& name : record->classes()) {
         m_byClass[name].services.emplace(rank, std::make_shared<ReferenceData const>(ReferenceData{record, name}));
     }
-    outdate(*record, outdated);
 }
 
 void ServiceIndex::remove(ServiceRecord const& record, Rank const& rank, Outdated& outdated)
