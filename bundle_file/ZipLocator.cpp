@@ -14,6 +14,8 @@ namespace {
 constexpr std::string_view entryMark{"PK\x03\x04"};
 constexpr std::string_view directoryMark{"PK\x01\x02"};
 constexpr std::string_view endMark{"PK\x05\x06"};
+constexpr std::string_view wideLocatorMark{"PK\x06\x07"};
+constexpr std::size_t wideLocatorSize = 20;
 constexpr std::size_t entrySize = 30;
 constexpr std::size_t directoryEntrySize = 46;
 constexpr std::size_t endRecordSize = 22;
@@ -113,6 +115,12 @@ std::optional<std::uint64_t> endRecordAtEnd(std::string_view bytes)
     return std::nullopt;
 }
 
+/// Whether the end record at `position` has a longer one before it, which archives above the format's bounds need.
+bool isWide(std::string_view bytes, std::uint64_t position)
+{
+    return position >= wideLocatorSize && hasMark(bytes, position - wideLocatorSize, wideLocatorMark);
+}
+
 /// The last complete archive that lies anywhere in `bytes`. Empty ones do not count: 22 bytes prove nothing.
 std::optional<EndRecord> lastArchive(std::string_view bytes)
 {
@@ -200,6 +208,10 @@ bool endsLikeZip(std::string_view bytes)
 ZipPlace locateZip(std::string_view bytes, SearchIn where, std::uint64_t appendedFrom)
 {
     const auto last = endRecordAtEnd(bytes);
+    if (last && isWide(bytes, *last)) {
+        return damaged("it is in the format for large archives (zip64), which is not read; an archive may have 65534 "
+                       "entries and 2 GiB at most");
+    }
     auto archive = last ? endRecordAt(bytes, *last) : std::nullopt;
     if (archive) {
         std::string fault = faultOf(bytes, *archive);

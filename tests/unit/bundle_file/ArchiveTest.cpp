@@ -130,6 +130,38 @@ TEST(Archive, GivenManifestAboveLimit_WhenRead_ThenDamageSaysSo)
     EXPECT_THAT(contents.damage, HasSubstr("larger than a manifest may be, 16 MiB"));
 }
 
+TEST(Archive, GivenManifestsTogetherAboveLimit_WhenRead_ThenDamageSaysSo)
+{
+    const std::string manifest(manifestLimit, ' ');
+    ZipEntries entries;
+    for (const char* folder : {"a", "b", "c", "d"}) {
+        entries.emplace_back(std::string{folder} + "/manifest.json", manifest);
+    }
+    EXPECT_EQ(inspect(zipText(entries)).archive, Archive::readable);
+
+    entries.emplace_back("e/manifest.json", "{}");
+    const Contents contents = inspect(zipText(entries));
+    EXPECT_EQ(contents.archive, Archive::damaged);
+    EXPECT_THAT(contents.damage, HasSubstr("'e/manifest.json'"));
+    EXPECT_THAT(contents.damage, HasSubstr("all of them together"));
+    EXPECT_TRUE(contents.folders.empty());
+}
+
+TEST(Archive, GivenMoreEntriesThanTheFormatCounts_WhenRead_ThenDamageSaysSo)
+{
+    ZipEntries entries;
+    for (int i = 0; i < 65536; ++i) {
+        entries.emplace_back("n/" + std::to_string(i), "");
+    }
+    const Contents contents = inspect(zipText(entries));
+
+    EXPECT_EQ(contents.archive, Archive::damaged);
+    EXPECT_THAT(contents.damage, HasSubstr("65534 entries"));
+
+    entries.resize(65534);
+    EXPECT_EQ(inspect(zipText(entries)).archive, Archive::readable);
+}
+
 TEST(Archive, GivenManifestAtLimit_WhenRead_ThenItIsReadable)
 {
     EXPECT_EQ(inspect(zipText({{"n/manifest.json", std::string(manifestLimit, ' ')}})).archive, Archive::readable);
