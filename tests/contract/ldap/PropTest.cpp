@@ -106,7 +106,7 @@ TEST(Prop, withAnEmptyTextIsNull)
 
 TEST(Prop, refusesWhatHasNoText)
 {
-    EXPECT_EQ("property must not be empty", thrownText<std::invalid_argument>([] { LDAPProp(std::string()); }));
+    EXPECT_EQ("property must not be empty", thrownText<std::invalid_argument>([] { LDAPProp{std::string()}; }));
     EXPECT_EQ("empty any", thrownText<std::logic_error>([] { text(k == Any()); }));
     EXPECT_EQ("empty any", thrownText<std::logic_error>([] { text(k != Any()); }));
     EXPECT_EQ("empty any", thrownText<std::logic_error>([] { text(k >= Any()); }));
@@ -163,7 +163,8 @@ TEST(PropExpression, isBuiltStepByStep)
     expression &= LDAPPropExpr();
     EXPECT_EQ("(|(&(k=1)(k=2))(k=3))", text(expression));
     expression = k == 1;
-    expression &= expression;
+    auto const& same = expression;
+    expression &= same;
     EXPECT_EQ("(&(k=1)(k=1))", text(expression));
 }
 
