@@ -8,6 +8,7 @@
 
 #include "cppmicroservices/SharedLibraryException.h"
 
+#include <exception>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -20,10 +21,16 @@ void Activation::load(BundleRecord const& bundle, int options, std::shared_ptr<B
         return;
     }
     // Checked at installation already, but the file may be another one by now.
+    LibraryFile file;
     if (!bundle.resources() || !bundle.resources()->isUnchanged()) {
-        refuseForeignLibrary(bundle.location(), neededBy(bundle.location()));
+        file = inspectLibrary(bundle.location());
+        refuseForeignLibrary(bundle.location(), file.needed);
     }
     try {
+        if (!file.damage.empty()) {
+            // The dynamic loader would touch what is not there, and the process end by a signal.
+            throw LoadError(bundle.location() + ": the file is damaged: " + file.damage);
+        }
         m_library = SharedLibrary(bundle.location(), options);
     } catch (LoadError const& e) {
         std::error_code const none(0, std::generic_category());
@@ -61,22 +68,40 @@ void Activation::stop(std::shared_ptr<BundleContextPrivate> const& context)
 
 void Activation::destroy()
 {
+    std::exception_ptr fault;
     if (auto* const activator = std::exchange(m_activator, nullptr)) {
-        m_symbols.destroy(activator);
+        try {
+            m_symbols.destroy(activator);
+        } catch (...) {
+            fault = std::current_exception();
+        }
     }
-    if (m_symbols.setContext != nullptr) {
-        m_symbols.setContext(nullptr);
+    emptySlot();
+    if (fault) {
+        std::rethrow_exception(fault);
     }
 }
 
 void Activation::putAside()
 {
+    // One that was put aside before went when this one had been made.
     if (m_activator != nullptr) {
-        destroyPutAside();
         m_putAside = std::exchange(m_activator, nullptr);
     }
-    if (m_symbols.setContext != nullptr) {
+    emptySlot();
+}
+
+void Activation::emptySlot() noexcept
+{
+    if (m_symbols.setContext == nullptr) {
+        return;
+    }
+    try {
         m_symbols.setContext(nullptr);
+    } catch (...) {
+        // What the macro makes does not throw. A slot that keeps its context is harmless: one that is over is
+        // recognised by its address.
+        return;
     }
 }
 

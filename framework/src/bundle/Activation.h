@@ -36,15 +36,20 @@ public:
     void stop(std::shared_ptr<BundleContextPrivate> const& context);
 
     /// Destroys the activator, then empties the context slot.
+    ///
+    /// @throws whatever the library's function for it throws, once all is done
     void destroy();
 
     /// After a failed start: empties the slot and puts the activator aside. It lives until the next start or the
     /// framework's stop, as other objects that it made may still point to it.
     void putAside();
 
+    /// @throws as above
     void destroyPutAside();
 
 private:
+    void emptySlot() noexcept;
+
     SharedLibrary m_library;
     ActivatorSymbols m_symbols;
     BundleActivator* m_activator = nullptr;

@@ -5,13 +5,15 @@
 #include <algorithm>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 namespace cppmicroservices::core {
 
-std::vector<std::string> neededBy(std::string const& location)
+LibraryFile inspectLibrary(std::string const& location)
 {
     try {
-        return ostrel::bundle_file::read(location).needed;
+        auto contents = ostrel::bundle_file::read(location);
+        return {std::move(contents.needed), contents.truncated ? std::move(contents.damage) : std::string()};
     } catch (std::system_error const&) {
         return {}; // who opens the file next reports it
     }

@@ -5,8 +5,13 @@
 
 namespace cppmicroservices::core {
 
-/// The names of the libraries that the file needs; none when it cannot be read or is no library.
-std::vector<std::string> neededBy(std::string const& location);
+/// What is looked at before a library is loaded; nothing when it cannot be read or is no library.
+struct LibraryFile {
+    std::vector<std::string> needed; ///< the names of the libraries that it needs
+    std::string damage;              ///< why the file does not hold all of the library; "" when it does
+};
+
+LibraryFile inspectLibrary(std::string const& location);
 
 /// Only the source is compatible between this framework and an installed CppMicroServices, not the built bundle, and
 /// opening a library runs code of it. So this looks at what the library needs.

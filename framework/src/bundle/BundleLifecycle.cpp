@@ -141,7 +141,13 @@ void stopHeld(FrameworkCore& core, Record const& bundle)
     } catch (...) {
         failure = currentReason();
     }
-    bundle->activation().destroy();
+    try {
+        bundle->activation().destroy();
+    } catch (...) {
+        if (!failure) {
+            failure = currentReason();
+        }
+    }
     cleanUp(core, bundle, *context);
     if (failure) {
         throw std::runtime_error(bundle->text() + ", BundleActivator::Stop() failed: " + *failure);
@@ -156,6 +162,16 @@ void stopAnyway(FrameworkCore& core, Record const& bundle)
     }
     try {
         stopHeld(core, bundle);
+    } catch (...) {
+        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), std::current_exception());
+    }
+}
+
+/// Destroys the activator of a failed start; a failure is reported as an event.
+void forgetFailedStart(FrameworkCore& core, Record const& bundle)
+{
+    try {
+        bundle->activation().destroyPutAside();
     } catch (...) {
         core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), std::current_exception());
     }
@@ -199,7 +215,7 @@ void uninstallBundle(FrameworkCore& core, Record const& bundle)
         return;
     }
     stopAnyway(core, bundle);
-    bundle->activation().destroyPutAside();
+    forgetFailedStart(core, bundle);
     bundle->setState(Bundle::STATE_INSTALLED);
     core.events().publish(BundleEvent::BUNDLE_UNRESOLVED, bundle);
     core.bundles().remove(*bundle);
@@ -215,7 +231,7 @@ void retireBundle(FrameworkCore& core, Record const& bundle) noexcept
     try {
         ForeignCodeScope const lifecycle(takeLifecycle(*bundle, "the framework's Stop()"));
         stopAnyway(core, bundle);
-        bundle->activation().destroyPutAside();
+        forgetFailedStart(core, bundle);
         bundle->detach();
         if (bundle->state() != Bundle::STATE_UNINSTALLED) {
             bundle->setState(Bundle::STATE_INSTALLED);

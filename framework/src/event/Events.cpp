@@ -179,7 +179,10 @@ void Events::note(std::string const& text) noexcept
         return;
     }
     try {
-        std::lock_guard<std::mutex> const lock(m_mutex);
+        if (m_writing.take() == ForeignCodeLock::Outcome::wouldNeverEnd) {
+            return; // the stream itself calls the framework; what comes of that is not written
+        }
+        ForeignCodeScope const writing(m_writing);
         *m_log << text << '\n';
         m_log->flush();
     } catch (...) {

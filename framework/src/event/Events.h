@@ -1,6 +1,7 @@
 #pragma once
 
 #include "event/ListenerRegistry.h"
+#include "framework/ForeignCodeLock.h"
 
 #include "cppmicroservices/BundleEvent.h"
 #include "cppmicroservices/FrameworkEvent.h"
@@ -9,7 +10,6 @@
 #include <exception>
 #include <iosfwd>
 #include <memory>
-#include <mutex>
 #include <string>
 
 namespace cppmicroservices {
@@ -59,7 +59,7 @@ private:
     void note(ServiceEvent::Type type, ServiceRecord const& service);
 
     std::ostream* const m_log;
-    std::mutex m_mutex; // guards what *m_log writes to; held while a line is written, and no other lock with it
+    ForeignCodeLock m_writing; // held while a line is written to *m_log, which may do anything
     ListenerRegistry m_listeners;
 };
 

@@ -74,8 +74,17 @@ void FrameworkCore::joinFinished(Lock& lock, std::thread& thread)
 
 void FrameworkCore::waitForStopUnderWay(Lock& lock)
 {
-    if (m_stopping && m_stoppingBy == std::this_thread::get_id()) {
-        throw std::runtime_error("The framework cannot be started from inside its own stop.");
+    if (m_stopping) {
+        bool within = m_stoppingBy == std::this_thread::get_id();
+        if (!within) {
+            // The stop may wait for what this thread does inside an activator.
+            lock.unlock();
+            within = calledFromWithin();
+            lock.lock();
+        }
+        if (within && m_stopping) {
+            throw std::runtime_error("The framework cannot be started from inside its own stop.");
+        }
     }
     m_changed.wait(lock, [this] { return !m_stopping; });
     joinFinished(lock, m_stopper);

@@ -1,8 +1,7 @@
 // Bundles that throw, each place with an exception that the framework knows, an int, and an object of a class of the
 // bundle's own library.
-#include "contract/robust/WildFixture.h"
-
 #include "bundles/shared/WildValue.h"
+#include "contract/robust/WildFixture.h"
 
 namespace {
 
