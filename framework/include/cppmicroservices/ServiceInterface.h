@@ -89,11 +89,18 @@ private:
     InterfaceMapPtr makeMap() const
     {
         auto map = std::make_shared<InterfaceMap>();
-        std::apply([&map](auto const&... interfaces) { (insert(*map, interfaces), ...); }, m_interfaces);
+        insertAll(*map, std::index_sequence_for<Interfaces...>());
         if (m_factory) {
             map->emplace("org.cppmicroservices.factory", m_factory);
         }
         return map;
+    }
+
+    // From the last to the first: the order of the object's classes follows from it.
+    template <std::size_t... Index>
+    void insertAll(InterfaceMap& map, std::index_sequence<Index...>) const
+    {
+        (insert(map, std::get<sizeof...(Index) - 1 - Index>(m_interfaces)), ...);
     }
 
     template <class Interface>

@@ -37,6 +37,19 @@ TEST_F(Registering, givesEachServiceItsProperties)
     EXPECT_TRUE(reference.GetProperty("service.ranking").Empty());
 }
 
+TEST_F(Registering, showsClassesInTheOrderOfAMapThatIsFilledFromTheLast)
+{
+    InterfaceMap map;
+    map.emplace("my.named", object);
+    map.emplace("contract::Plain", object);
+    std::vector<std::string> order;
+    for (auto const& entry : map) {
+        order.push_back(entry.first);
+    }
+    auto const reference = context.RegisterService<Plain, Named>(object).GetReference();
+    EXPECT_EQ(order, any_cast<std::vector<std::string>>(reference.GetProperty("objectclass")));
+}
+
 TEST_F(Registering, countsIdsUpOverAllFrameworks)
 {
     auto const id = [](BundleContext ctx) {

@@ -1,3 +1,4 @@
+#include "contract/BundlesByManifest.h"
 #include "contract/StartedFramework.h"
 #include "contract/ThrownText.h"
 #include "contract/service/CountingFactory.h"
@@ -11,6 +12,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -136,6 +138,17 @@ TEST_F(Using, givesNullWhereAFactoryDoesNotDeliver)
     EXPECT_EQ(5, factory->made);
     factory->make = makePlain;
     EXPECT_TRUE(context.GetService(reference));
+}
+
+TEST_F(Using, saysForWhomAFactoryFailed)
+{
+    auto const reference = registerFactory([]() -> InterfaceMapConstPtr { throw std::runtime_error("none"); });
+    auto user = ostrel::test::installByManifest(context, {"user"}).at(0);
+    user.Start();
+    std::vector<Bundle> blamed;
+    context.AddFrameworkListener([&blamed](FrameworkEvent const& event) { blamed.push_back(event.GetBundle()); });
+    EXPECT_EQ(nullptr, user.GetBundleContext().GetService(reference));
+    EXPECT_THAT(blamed, ::testing::ElementsAre(user));
 }
 
 TEST_F(Using, letsOtherExceptionsOfAFactoryPass)

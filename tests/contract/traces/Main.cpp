@@ -23,10 +23,9 @@ struct Subject {
 std::vector<Subject> const& subjects()
 {
     static std::vector<Subject> const all{
-        {"values", &contract::traceValues, 150},
-        {"maps", &contract::traceMaps, 150},
-        {"versions", &contract::traceVersions, 80},
-        {"filters", &contract::traceFilters, 60},
+        {"values", &contract::traceValues, 150},     {"maps", &contract::traceMaps, 150},
+        {"versions", &contract::traceVersions, 80},  {"filters", &contract::traceFilters, 60},
+        {"services", &contract::traceServices, 200},
     };
     return all;
 }
@@ -46,6 +45,7 @@ void write(std::ostream& os, Subject const& subject, std::uint32_t seed, std::si
     Choices choices(seed);
     Trace trace(os);
     subject.run(choices, trace, steps);
+    trace.end();
 }
 
 std::string fileOf(std::string const& folder, std::string const& subject, std::string const& seed)

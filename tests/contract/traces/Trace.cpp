@@ -1,5 +1,6 @@
 #include "contract/traces/Trace.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cxxabi.h>
 #include <exception>
@@ -40,13 +41,34 @@ std::string nameOf(std::type_info const& type)
 
 void Trace::line(std::string const& text)
 {
+    unordered({}, text);
+}
+
+void Trace::unordered(std::string const& group, std::string const& text)
+{
+    if (m_ended) {
+        return;
+    }
     std::string shown = text;
     for (auto const& [hidden, instead] : m_hidden) {
         for (auto at = shown.find(hidden); at != std::string::npos; at = shown.find(hidden, at + instead.size())) {
             shown.replace(at, hidden.size(), instead);
         }
     }
-    m_os << std::string(2 * m_depth, ' ') << printable(shown) << '\n';
+    if (group.empty() || group != m_group) {
+        flush();
+        m_group = group;
+    }
+    m_lines.push_back(std::string(2 * m_depth, ' ') + printable(shown));
+}
+
+void Trace::flush()
+{
+    std::sort(m_lines.begin(), m_lines.end());
+    for (auto const& each : m_lines) {
+        m_os << each << '\n';
+    }
+    m_lines.clear();
 }
 
 void Trace::hide(std::string const& text, std::string const& shown)

@@ -22,8 +22,21 @@ public:
 
     void line(std::string const& text);
 
+    /// As line(); but consecutive lines of one group, which is not empty, have no order and are written sorted.
+    void unordered(std::string const& group, std::string const& text);
+
+    /// The group of the line before, if it had one.
+    std::string const& group() const { return m_group; }
+
     /// From now on `shown` is written for `text`, wherever it stands in a line: for paths.
     void hide(std::string const& text, std::string const& shown);
+
+    /// Nothing more is written.
+    void end()
+    {
+        flush();
+        m_ended = true;
+    }
 
     /// Makes the call, and writes `what` and what came of it: its result, or the type and text of what it threw.
     ///
@@ -54,8 +67,13 @@ public:
     std::string name(std::string const& prefix, void const* address);
 
 private:
+    void flush();
+
     std::ostream& m_os;
+    std::string m_group;
+    std::vector<std::string> m_lines;
     std::size_t m_depth = 0;
+    bool m_ended = false;
     std::vector<std::pair<std::string, std::string>> m_hidden;
     std::map<std::pair<std::string, void const*>, std::size_t> m_names;
     std::map<std::string, std::size_t> m_named;
