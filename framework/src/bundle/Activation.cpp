@@ -22,7 +22,8 @@ void Activation::load(BundleRecord const& bundle, int options, std::shared_ptr<B
     }
     // Checked at installation already, but the file may be another one by now.
     LibraryFile file;
-    if (!bundle.resources() || !bundle.resources()->isUnchanged()) {
+    auto const& installed = bundle.resources();
+    if (!installed || !installed->wasWhole() || !installed->isUnchanged()) {
         file = inspectLibrary(bundle.location());
         refuseForeignLibrary(bundle.location(), file.needed);
     }

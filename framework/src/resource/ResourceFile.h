@@ -37,6 +37,9 @@ public:
     /// True when the file at the location is still the one that was installed, and was not written to since.
     bool isUnchanged() const;
 
+    /// False when it was a library that had been cut short before it was installed.
+    bool wasWhole() const { return !m_contents.truncated; }
+
 private:
     std::string const m_location;
     std::string const m_path; // the same, but independent of the current folder

@@ -138,6 +138,14 @@ TEST_F(OddLibrary, wasCutShort)
     EXPECT_EQ(active, bundle.GetState());
 }
 
+TEST_F(OddLibrary, wasCutShortBeforeItWasInstalled)
+{
+    std::filesystem::resize_file(location, std::filesystem::file_size(location) / 2);
+    auto bundle = installAs("no_slot"); // with a manifest of the caller's, as its own is cut off
+    EXPECT_THROW(bundle.Start(), SharedLibraryException);
+    EXPECT_EQ(resolved, bundle.GetState());
+}
+
 TEST_F(OddLibrary, isAnotherFileByNow)
 {
     auto const file = host.directory() / host.add("wild");
