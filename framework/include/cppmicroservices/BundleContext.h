@@ -8,6 +8,7 @@
 #include "cppmicroservices/ServiceRegistration.h"
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -152,14 +153,14 @@ public:
     /// Removes one listener that this context added for the same function, or for a callable of the same type.
     US_DEPRECATED void RemoveServiceListener(ServiceListener const& listener);
 
-    /// Adds a listener to the changes of all bundles; see AddServiceListener(). An empty function is never called.
+    /// Adds a listener to the changes of all bundles; see AddServiceListener().
     ListenerToken AddBundleListener(BundleListener const& listener);
 
     /// As RemoveServiceListener().
     US_DEPRECATED void RemoveBundleListener(BundleListener const& listener);
 
-    /// Adds a listener to the framework's events; see AddServiceListener(). An empty function is never called. What it
-    /// throws is only noted in the diagnostics.
+    /// Adds a listener to the framework's events; see AddServiceListener(). What it throws is only noted in the
+    /// diagnostics.
     ListenerToken AddFrameworkListener(FrameworkListener const& listener);
 
     /// As RemoveServiceListener().
@@ -175,39 +176,44 @@ public:
     US_DEPRECATED ListenerToken AddServiceListener(R* receiver, void (R::*callback)(ServiceEvent const&),
                                                    std::string const& filter = std::string())
     {
-        return AddServiceListener(ServiceListenerMemberFunctor(receiver, callback), static_cast<void*>(receiver),
-                                  filter);
+        return AddServiceListener(ServiceListener(std::bind(callback, receiver, std::placeholders::_1)),
+                                  static_cast<void*>(receiver), filter);
     }
 
     /// Removes a listener for that receiver, as the next ones do.
     template <class R>
     US_DEPRECATED void RemoveServiceListener(R* receiver, void (R::*callback)(ServiceEvent const&))
     {
-        RemoveServiceListener(ServiceListenerMemberFunctor(receiver, callback), static_cast<void*>(receiver));
+        RemoveServiceListener(ServiceListener(std::bind(callback, receiver, std::placeholders::_1)),
+                              static_cast<void*>(receiver));
     }
 
     template <class R>
     US_DEPRECATED ListenerToken AddBundleListener(R* receiver, void (R::*callback)(BundleEvent const&))
     {
-        return AddBundleListener(BundleListenerMemberFunctor(receiver, callback), static_cast<void*>(receiver));
+        return AddBundleListener(BundleListener(std::bind(callback, receiver, std::placeholders::_1)),
+                                 static_cast<void*>(receiver));
     }
 
     template <class R>
     US_DEPRECATED void RemoveBundleListener(R* receiver, void (R::*callback)(BundleEvent const&))
     {
-        RemoveBundleListener(BundleListenerMemberFunctor(receiver, callback), static_cast<void*>(receiver));
+        RemoveBundleListener(BundleListener(std::bind(callback, receiver, std::placeholders::_1)),
+                             static_cast<void*>(receiver));
     }
 
     template <class R>
     US_DEPRECATED ListenerToken AddFrameworkListener(R* receiver, void (R::*callback)(FrameworkEvent const&))
     {
-        return AddFrameworkListener(BindFrameworkListenerToFunctor(receiver, callback), static_cast<void*>(receiver));
+        return AddFrameworkListener(FrameworkListener(std::bind(callback, receiver, std::placeholders::_1)),
+                                    static_cast<void*>(receiver));
     }
 
     template <class R>
     US_DEPRECATED void RemoveFrameworkListener(R* receiver, void (R::*callback)(FrameworkEvent const&))
     {
-        RemoveFrameworkListener(BindFrameworkListenerToFunctor(receiver, callback), static_cast<void*>(receiver));
+        RemoveFrameworkListener(FrameworkListener(std::bind(callback, receiver, std::placeholders::_1)),
+                                static_cast<void*>(receiver));
     }
 
     /// The path of a file of that name in the bundle's own folder below the framework's storage, which is made; "" for

@@ -53,7 +53,7 @@ void Events::publish(BundleEvent::Type type, std::shared_ptr<BundleRecord> const
         }
         BundleEvent const event(type, HandleAccess::bundle(bundle));
         for (auto const& listener : *listeners) {
-            if (listener->removed.load() || !listener->call) {
+            if (listener->removed.load()) {
                 continue;
             }
             try {
@@ -159,7 +159,7 @@ void Events::publish(FrameworkEvent::Type type, std::shared_ptr<BundleRecord> co
             return;
         }
         for (auto const& listener : *listeners) {
-            if (listener->removed.load() || !listener->call) {
+            if (listener->removed.load()) {
                 continue;
             }
             try {

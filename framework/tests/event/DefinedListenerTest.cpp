@@ -1,0 +1,164 @@
+// Where the other framework leaves open, or gets wrong, which listeners are called.
+#include "contract/BundlesByManifest.h"
+#include "contract/StartedFramework.h"
+#include "contract/ThrownText.h"
+#include "contract/event/Seen.h"
+#include "contract/service/TestServices.h"
+
+#include <memory>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+namespace {
+
+using namespace cppmicroservices;
+using contract::Both;
+using contract::Named;
+using contract::Plain;
+using contract::Seen;
+using ostrel::test::installByManifest;
+using ostrel::test::stopAndWait;
+using ostrel::test::thrownText;
+using DefinedListeners = ostrel::test::StartedFramework;
+
+const std::shared_ptr<Both> object = std::make_shared<Both>();
+
+TEST(DefaultServiceEvent, isOfNoService)
+{
+    EXPECT_EQ(ServiceEvent::SERVICE_UNREGISTERING, ServiceEvent().GetType());
+    EXPECT_FALSE(ServiceEvent().GetServiceReference());
+    EXPECT_FALSE(ServiceEvent().GetServiceReference<Plain>());
+}
+
+TEST_F(DefinedListeners, areCalledInTheOrderInWhichTheyWereAdded)
+{
+    std::string seen;
+    std::vector<std::string> const filters = {
+        "",      "(objectclass=contract::Plain)", "(objectclass=my.named)", "",
+        "(a=1)", "(objectclass=contract::Plain)", "(service.id>=1)",        "(a=1)"};
+    for (std::size_t i = 0; i < filters.size(); ++i) {
+        context.AddServiceListener([&seen, i](ServiceEvent const&) { seen += std::to_string(i); }, filters[i]);
+        context.AddBundleListener([&seen, i](BundleEvent const&) { seen += std::to_string(i); });
+    }
+    auto const registration = context.RegisterService<Plain, Named>(object, {{"a", 1}});
+    EXPECT_EQ("01234567", seen);
+    seen.clear();
+    installByManifest(context, {"plain"});
+    EXPECT_EQ("01234567", seen);
+    stopAndWait(framework);
+}
+
+TEST_F(DefinedListeners, ofBundleEventsRemovedDuringAnEventAreCalledNoMore)
+{
+    ListenerToken second;
+    int calls = 0;
+    context.AddBundleListener([&](BundleEvent const&) { context.RemoveListener(std::move(second)); });
+    second = context.AddBundleListener([&calls](BundleEvent const&) { ++calls; });
+    installByManifest(context, {"plain"});
+    EXPECT_EQ(0, calls);
+    stopAndWait(framework);
+}
+
+TEST_F(DefinedListeners, ofFrameworkEventsRemovedDuringAnEventAreCalledNoMore)
+{
+    ListenerToken second;
+    int calls = 0;
+    context.AddFrameworkListener([&](FrameworkEvent const&) { context.RemoveListener(std::move(second)); });
+    second = context.AddFrameworkListener([&calls](FrameworkEvent const&) { ++calls; });
+    context.AddServiceListener([](ServiceEvent const&) { throw 1; });
+    auto const registration = context.RegisterService<Plain>(object);
+    EXPECT_EQ(0, calls);
+}
+
+TEST_F(DefinedListeners, areToldApartByTheTypeOfTheirCallable)
+{
+    std::string seen;
+    ServiceListener const first = [&seen](ServiceEvent const&) { seen += '1'; };
+    ServiceListener const second = [&seen](ServiceEvent const&) { seen += '2'; };
+    context.AddServiceListener(first);
+    context.AddServiceListener(second);
+    context.RemoveServiceListener([](ServiceEvent const&) {});
+    context.RemoveServiceListener(first);
+    auto const registration = context.RegisterService<Plain>(object);
+    EXPECT_EQ("2", seen);
+}
+
+TEST_F(DefinedListeners, ofSeveralReceiversAreToldApartForFrameworkEventsToo)
+{
+    struct Receiver {
+        void onEvent(FrameworkEvent const&) { ++calls; }
+        int calls = 0;
+    };
+    Receiver one;
+    Receiver two;
+    context.AddFrameworkListener(&one, &Receiver::onEvent);
+    context.AddFrameworkListener(&two, &Receiver::onEvent);
+    context.RemoveFrameworkListener(&one, &Receiver::onEvent);
+    context.AddServiceListener([](ServiceEvent const&) { throw 1; });
+    auto const registration = context.RegisterService<Plain>(object);
+    EXPECT_EQ(0, one.calls);
+    EXPECT_EQ(1, two.calls);
+}
+
+TEST_F(DefinedListeners, withAChoiceOfClassesHearOfEach)
+{
+    Seen seen;
+    context.AddServiceListener(std::ref(seen), "(|(objectclass=contract::Plain)(objectclass=my.named))");
+    auto const plain = context.RegisterService<Plain>(object);
+    auto const named = context.RegisterService<Named>(object);
+    auto const both = context.RegisterService<Plain, Named>(object);
+    EXPECT_EQ("REGISTERED REGISTERED REGISTERED", seen.types());
+}
+
+TEST_F(DefinedListeners, addedWhileTheirBundleStopsGoWithIt)
+{
+    auto bundle = installByManifest(context, {"plain"}).at(0);
+    bundle.Start();
+    auto own = bundle.GetBundleContext();
+    auto const left = own.RegisterService<Plain>(object);
+    Seen late;
+    context.AddServiceListener([&](ServiceEvent const&) {
+        own.AddBundleListener(std::ref(late));
+        EXPECT_EQ("The bundle context is no longer valid",
+                  thrownText<std::runtime_error>([&] { own.RegisterService<Named>(object); }));
+    });
+    bundle.Stop();
+    bundle.Start();
+    EXPECT_EQ("", late.types());
+    stopAndWait(framework);
+}
+
+TEST_F(DefinedListeners, areSafeFromTokensOfOtherFrameworks)
+{
+    auto other = FrameworkFactory().NewFramework();
+    other.Start();
+    int calls = 0;
+    auto token = other.GetBundleContext().AddServiceListener([](ServiceEvent const&) {});
+    context.AddServiceListener([&calls](ServiceEvent const&) { ++calls; });
+    context.RemoveListener(std::move(token));
+    auto const registration = context.RegisterService<Plain>(object);
+    EXPECT_EQ(1, calls);
+    stopAndWait(other);
+}
+
+TEST(FaultsOfFrameworkListeners, areNotedInTheDiagnostics)
+{
+    std::ostringstream log;
+    FrameworkConfiguration configuration;
+    configuration["org.cppmicroservices.framework.log"] = true;
+    auto framework = FrameworkFactory().NewFramework(configuration, &log);
+    framework.Init();
+    framework.GetBundleContext().AddFrameworkListener([](FrameworkEvent const&) { throw std::runtime_error("oh"); });
+    framework.GetBundleContext().AddFrameworkListener([](FrameworkEvent const&) { throw 42; });
+    framework.Start();
+    stopAndWait(framework);
+    EXPECT_NE(std::string::npos, log.str().find("Framework listener in system_bundle threw an exception: oh\n"));
+    EXPECT_NE(std::string::npos, log.str().find("Framework listener in system_bundle threw an exception: unknown\n"));
+}
+
+} // namespace
