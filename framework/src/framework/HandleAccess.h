@@ -40,6 +40,8 @@ public:
         return BundleContext(std::move(context));
     }
 
+    static std::shared_ptr<BundleContextPrivate> const& run(BundleContext const& context) { return context.m_context; }
+
     static ServiceReferenceU reference(std::shared_ptr<ReferenceData const> data)
     {
         return ServiceReferenceU(ServiceReferenceBase(std::move(data)));

@@ -1,0 +1,107 @@
+#include "cppmicroservices/detail/BundleTracking.h"
+
+#include "tracker/TrackerFailure.h"
+
+#include <algorithm>
+#include <exception>
+#include <stdexcept>
+#include <utility>
+
+namespace cppmicroservices::detail {
+
+BundleTracking::BundleTracking(BundleContext context, std::uint32_t stateMask)
+    : m_context(std::move(context)), m_stateMask(stateMask)
+{
+}
+
+void BundleTracking::open(std::unique_ptr<TrackedBundles::Customizer> customizer)
+{
+    auto const items = std::make_shared<TrackedBundles>(std::move(customizer));
+    std::shared_ptr<TrackedBundles> former; // goes after the lock, with its customizer
+    {
+        std::lock_guard<std::mutex> const lock(m_mutex);
+        if (m_items && !m_items->isClosed()) {
+            return;
+        }
+        former = std::exchange(m_items, items);
+    }
+    std::vector<Bundle> initial;
+    try {
+        BundleContext context = m_context;
+        auto token = context.AddBundleListener([items, mask = m_stateMask](BundleEvent const& event) {
+            if (event.GetType() == BundleEvent::BUNDLE_UNRESOLVED) {
+                return; // a step on the way to UNINSTALLED, whose event is the one that counts
+            }
+            auto const bundle = event.GetBundle();
+            if ((bundle.GetState() & mask) != 0) {
+                items->onCame(bundle, event);
+            } else {
+                items->onWent(bundle, event);
+            }
+        });
+        if (!items->keepListener(token)) {
+            removeListener(std::move(token)); // closed by another thread in the meantime
+            return;
+        }
+        initial = context.GetBundles();
+        initial.erase(std::remove_if(initial.begin(), initial.end(),
+                                     [this](Bundle const& bundle) { return (bundle.GetState() & m_stateMask) == 0; }),
+                      initial.end());
+    } catch (...) {
+        items->close();
+        removeListener(items->takeListener());
+        throw;
+    }
+    items->addInitial(std::move(initial));
+}
+
+void BundleTracking::close() noexcept
+{
+    try {
+        auto const open = items();
+        if (!open || !open->close()) {
+            return;
+        }
+        removeListener(open->takeListener());
+        open->awaitListener();
+        open->removeAll(BundleEvent());
+    } catch (...) {
+        report();
+    }
+}
+
+void BundleTracking::remove(Bundle const& bundle) noexcept
+{
+    auto const open = items();
+    if (!open || !bundle) {
+        return;
+    }
+    try {
+        open->remove(bundle, BundleEvent());
+    } catch (...) {
+        report();
+    }
+}
+
+void BundleTracking::report() const noexcept
+{
+    core::reportTrackerFailure(m_context, "Bundle tracker customizer threw an exception", std::current_exception());
+}
+
+void BundleTracking::removeListener(ListenerToken token) const
+{
+    try {
+        BundleContext context = m_context;
+        context.RemoveListener(std::move(token));
+    } catch (std::runtime_error const&) {
+        // The bundle has stopped, and its listeners with it.
+    }
+}
+
+std::shared_ptr<TrackedBundles> BundleTracking::items() const
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    return m_items;
+}
+
+} // namespace cppmicroservices::detail

@@ -1,0 +1,20 @@
+#include "tracker/TrackerFailure.h"
+
+#include "bundle/BundleContextPrivate.h"
+#include "event/Events.h"
+#include "framework/FrameworkCore.h"
+#include "framework/HandleAccess.h"
+
+namespace cppmicroservices::core {
+
+void reportTrackerFailure(BundleContext const& context, std::string const& message,
+                          std::exception_ptr const& exception) noexcept
+{
+    auto const& run = HandleAccess::run(context);
+    auto const core = run ? run->core() : nullptr;
+    if (core) {
+        core->events().publish(FrameworkEvent::FRAMEWORK_ERROR, run->bundle(), message, exception);
+    }
+}
+
+} // namespace cppmicroservices::core
