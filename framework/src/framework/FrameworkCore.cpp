@@ -3,8 +3,8 @@
 #include "bundle/BundleContextPrivate.h"
 #include "bundle/BundleLifecycle.h"
 #include "bundle/BundleRecord.h"
-#include "framework/Configuration.h"
 #include "event/Events.h"
+#include "framework/Configuration.h"
 #include "framework/HandleAccess.h"
 #include "service/ServiceRegistry.h"
 
