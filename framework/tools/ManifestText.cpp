@@ -44,10 +44,9 @@ void ManifestText::add(const std::string& text, const std::string& source)
     const rapidjson::Document document = parse(text, source);
     for (const auto& member : document.GetObject()) {
         const std::string key = written(member.name);
-        if (m_keys.find('\n' + key + '\n') != std::string::npos) {
-            throw ManifestError{"Duplicate key: " + key + " found in " + source};
+        if (!m_keys.insert(key).second) {
+            throw ManifestError{std::string{"Duplicate key: "}.append(key).append(" found in ").append(source)};
         }
-        m_keys += '\n' + key + '\n';
-        m_members += (m_members.empty() ? "\n" : ",\n") + key + ": " + written(member.value);
+        m_members.append(m_members.empty() ? "\n" : ",\n").append(key).append(": ").append(written(member.value));
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <stdexcept>
 #include <string>
 
@@ -22,6 +23,6 @@ public:
     static void check(const std::string& text, const std::string& source);
 
 private:
-    std::string m_members; // in JSON, with commas between them
-    std::string m_keys;    // each between two line ends, which no key in JSON can hold
+    std::string m_members;        // in JSON, with commas between them
+    std::set<std::string> m_keys; // as they are written in JSON
 };

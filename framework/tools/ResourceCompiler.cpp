@@ -159,8 +159,10 @@ std::string archiveFor(const Call& call)
         archive.addFile(folder + "manifest.json", manifest.text(), packing, std::nullopt);
     }
     for (const auto& path : call.resources) {
-        say("adding " + folder + path);
-        archive.addFile(folder + path, readFile(path, "Error writing file to archive: cannot read"), packing,
+        std::string entry = folder;
+        entry += path;
+        say("adding " + entry);
+        archive.addFile(entry, readFile(path, "Error writing file to archive: cannot read"), packing,
                         lastModified(path));
     }
     for (const auto& path : call.archives) {

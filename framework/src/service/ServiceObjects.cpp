@@ -40,7 +40,7 @@ ServiceObjectsBase::ServiceObjectsBase(std::shared_ptr<BundleContextPrivate> con
     if (!reference) {
         throw std::invalid_argument("The service reference is invalid");
     }
-    m_private.reset(new ServiceObjectsBasePrivate{context, reference});
+    m_private = std::make_unique<ServiceObjectsBasePrivate>(ServiceObjectsBasePrivate{context, reference});
 }
 
 ServiceObjectsBase::ServiceObjectsBase(ServiceObjectsBase&& other) noexcept = default;
