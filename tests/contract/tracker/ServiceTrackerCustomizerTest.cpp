@@ -266,8 +266,7 @@ TEST_F(CustomizingServices, mayCloseTheTrackerThatOpens)
 TEST_F(CustomizingServices, mayOpenTheTrackerThatCloses)
 {
     auto const one = add(1);
-    bool once = true;
-    customizer.onRemoved = [&](auto const&) {
+    customizer.onRemoved = [this, once = true](auto const&) mutable {
         if (std::exchange(once, false)) {
             tracker.Open();
         }
