@@ -59,6 +59,20 @@ void filterQueryOfClass(benchmark::State& state)
     }
 }
 
+/// Question: what if properties change before each query, of one service after the other? The figure includes the
+/// change.
+void filterQueryAfterChange(benchmark::State& state)
+{
+    Services& services = bench::services(static_cast<int>(state.range(0)));
+    std::string const filter = Services::selectiveFilter();
+    int which = 0;
+    for (auto _ : state) {
+        services.registration(which).SetProperties(Services::propertiesOf(which));
+        which = (which + 1) % services.count();
+        benchmark::DoNotOptimize(services.context().GetServiceReferences<Thing>(filter));
+    }
+}
+
 /// Question: what does the best of n services of a class cost?
 void bestReference(benchmark::State& state)
 {
@@ -86,5 +100,6 @@ BENCHMARK(queryForAll)->Apply(bench::atAllSizes);
 BENCHMARK(idQuery)->Apply(bench::atAllSizes);
 BENCHMARK(filterQuery)->Apply(bench::atAllSizes);
 BENCHMARK(filterQueryOfClass)->Apply(bench::atAllSizes);
+BENCHMARK(filterQueryAfterChange)->Apply(bench::atAllSizes);
 BENCHMARK(bestReference)->Apply(bench::atAllSizes);
 BENCHMARK(readProperty)->Arg(1000);

@@ -26,7 +26,7 @@ std::string reason()
     }
 }
 
-bool matches(FilteredListener const& listener, AnyMap const& properties)
+bool matches(FilteredListener const& listener, ldap::PropertyTable const& properties)
 {
     return !listener.filter || ldap::FilterAccess::matches(listener.filter, properties);
 }
@@ -78,14 +78,11 @@ void Events::note(ServiceEvent::Type type, ServiceRecord const& service)
     }
 }
 
-ServiceListenerCandidates Events::candidates(AnyMap const& properties)
+ServiceListenerCandidates Events::candidates(ldap::PropertyTable const& properties)
 {
     static std::vector<std::string> const none;
-    auto const id = properties.find(Constants::SERVICE_ID);
-    auto const* const shownId = id != properties.cend() ? any_cast<long>(&id->second) : nullptr;
-    auto const classes = properties.find(Constants::OBJECTCLASS);
-    auto const* const names =
-        classes != properties.cend() ? any_cast<std::vector<std::string>>(&classes->second) : nullptr;
+    auto const* const shownId = any_cast<long>(properties.find(Constants::SERVICE_ID));
+    auto const* const names = any_cast<std::vector<std::string>>(properties.find(Constants::OBJECTCLASS));
     return m_listeners.serviceListeners(shownId != nullptr ? *shownId : 0, names != nullptr ? *names : none);
 }
 

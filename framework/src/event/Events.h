@@ -14,7 +14,9 @@
 
 namespace cppmicroservices {
 
-class AnyMap;
+namespace ldap {
+class PropertyTable;
+}
 
 namespace core {
 
@@ -29,7 +31,7 @@ class ServiceRecord;
 /// so that no circle arises.
 class Events {
 public:
-    using Properties = std::shared_ptr<AnyMap const>;
+    using Properties = std::shared_ptr<ldap::PropertyTable const>;
 
     /// @param log null: nothing is written
     explicit Events(std::ostream* log) : m_log(log) {}
@@ -55,7 +57,7 @@ public:
 private:
     template <class Wanted>
     void deliver(ServiceEvent const& event, ServiceListenerCandidates const& candidates, Wanted&& wanted);
-    ServiceListenerCandidates candidates(AnyMap const& properties);
+    ServiceListenerCandidates candidates(ldap::PropertyTable const& properties);
     void note(ServiceEvent::Type type, ServiceRecord const& service);
 
     std::ostream* const m_log;

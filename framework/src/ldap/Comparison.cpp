@@ -1,5 +1,7 @@
 #include "ldap/Comparison.h"
 
+#include "ldap/PropertyTable.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
@@ -94,6 +96,7 @@ std::optional<Number> leadingNumber(const std::string& text, Read read)
 
 Comparison::Comparison(std::string attribute, Operator op, std::string operand)
     : m_attribute(std::move(attribute)),
+      m_mark(markOf(m_attribute)),
       m_operator(op),
       m_operand(std::move(operand)),
       m_approximated(op == Operator::approximate ? approximated(m_operand) : std::string{}),

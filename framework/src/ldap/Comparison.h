@@ -2,6 +2,7 @@
 
 #include "cppmicroservices/Any.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,6 +22,9 @@ public:
     Comparison(std::string attribute, Operator op, std::string operand);
 
     const std::string& attribute() const { return m_attribute; }
+
+    /// markOf(attribute())
+    std::uint32_t mark() const { return m_mark; }
 
     /// Compares by the type of the value; nothing matches an empty one, and only `=*` a type that filters do not know.
     bool matches(const Any& value) const;
@@ -42,6 +46,7 @@ private:
     bool matchesAnyOf(const List& list) const;
 
     std::string m_attribute;
+    std::uint32_t m_mark;
     Operator m_operator;
     std::string m_operand;
     std::string m_approximated; ///< the operand of `~=` without blanks, in lower case

@@ -33,14 +33,14 @@ struct Expression {
     std::string text; ///< in normal form
     Requirements requirements;
 
-    /// @param find  gives the value of an attribute (`const Any*`), or null when there is none
+    /// @param find  gives the value of a comparison's attribute (`const Any*`), or null when there is none
     template <class Find>
     bool matches(Find&& find) const
     {
         std::size_t at = 0;
         while (at < steps.size()) {
             const Step& step = steps[at];
-            const Any* const value = find(step.comparison.attribute());
+            const Any* const value = find(step.comparison);
             at = value && step.comparison.matches(*value) ? step.onTrue : step.onFalse;
         }
         return at == accept;

@@ -2,6 +2,7 @@
 
 #include "ldap/Expression.h"
 #include "ldap/MapAccess.h"
+#include "ldap/PropertyTable.h"
 
 #include "cppmicroservices/LDAPFilter.h"
 
@@ -24,19 +25,19 @@ public:
         return filter.d ? filter.d->expression.requirements : none;
     }
 
-    /// Matches with `find(name)`, which gives the value of the property of that name, its case disregarded, as
-    /// `const Any*`, or null. For properties that are known to have no case variants.
-    template <class Find>
-    static bool matchesWith(const LDAPFilter& filter, Find&& find)
-    {
-        return filter.d && filter.d->expression.matches(find);
-    }
-
-    /// Matches a map with case-insensitive keys.
+    /// Matches a map that is known to have no case variants of a key; keys are found in any case.
     static bool matches(const LDAPFilter& filter, const any_map& properties)
     {
-        return matchesWith(
-            filter, [&properties](const std::string& name) { return MapAccess::findIgnoringCase(properties, name); });
+        return filter.d && filter.d->expression.matches([&properties](const Comparison& comparison) {
+            return MapAccess::findIgnoringCase(properties, comparison.attribute());
+        });
+    }
+
+    static bool matches(const LDAPFilter& filter, const PropertyTable& properties)
+    {
+        return filter.d && filter.d->expression.matches([&properties](const Comparison& comparison) {
+            return properties.find(comparison.attribute(), comparison.mark());
+        });
     }
 };
 

@@ -38,8 +38,9 @@ bool LDAPFilter::MatchCase(AnyMap const& dictionary) const
         return false;
     }
     ldap::MapAccess::checkVariants(dictionary);
-    return d->expression.matches(
-        [&dictionary](const std::string& name) { return ldap::MapAccess::findExactly(dictionary, name); });
+    return d->expression.matches([&dictionary](const ldap::Comparison& comparison) {
+        return ldap::MapAccess::findExactly(dictionary, comparison.attribute());
+    });
 }
 
 std::string LDAPFilter::ToString() const

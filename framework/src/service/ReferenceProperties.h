@@ -1,12 +1,14 @@
 #pragma once
 
-#include "cppmicroservices/AnyMap.h"
-
 #include <memory>
 
 namespace cppmicroservices {
 
 class ServiceReferenceBase;
+
+namespace ldap {
+class PropertyTable;
+}
 
 namespace core {
 
@@ -14,7 +16,7 @@ namespace core {
 /// regard to case.
 ///
 /// @throws std::logic_error on a default constructed reference
-std::shared_ptr<AnyMap const> propertiesOf(ServiceReferenceBase const& reference);
+std::shared_ptr<ldap::PropertyTable const> propertiesOf(ServiceReferenceBase const& reference);
 
 } // namespace core
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/ForeignCodeLock.h"
+#include "ldap/PropertyTable.h"
 
 #include "cppmicroservices/AnyMap.h"
 #include "cppmicroservices/ServiceInterface.h"
@@ -45,7 +46,7 @@ class ServiceRecord : public std::enable_shared_from_this<ServiceRecord> {
 public:
     enum class State { registered, unregistering, unregistered };
 
-    using Properties = std::shared_ptr<AnyMap const>;
+    using Properties = std::shared_ptr<ldap::PropertyTable const>;
 
     /// @param classes the keys of the interface map, also the one that marks a factory
     ServiceRecord(std::shared_ptr<ServiceRegistry> registry, std::shared_ptr<BundleRecord> owner, long id,

@@ -2,7 +2,7 @@
 
 #include "bundle/BundleRecord.h"
 #include "framework/HandleAccess.h"
-#include "ldap/MapAccess.h"
+#include "ldap/PropertyTable.h"
 #include "service/ReferenceProperties.h"
 #include "service/ServiceRegistry.h"
 
@@ -15,7 +15,7 @@ namespace cppmicroservices {
 
 namespace core {
 
-std::shared_ptr<AnyMap const> propertiesOf(ServiceReferenceBase const& reference)
+std::shared_ptr<ldap::PropertyTable const> propertiesOf(ServiceReferenceBase const& reference)
 {
     auto const& data = HandleAccess::data(reference);
     if (!data) {
@@ -50,7 +50,7 @@ ServiceReferenceBase::operator bool() const
 Any ServiceReferenceBase::GetProperty(std::string const& key) const
 {
     auto const properties = core::propertiesOf(*this);
-    auto const* const found = ldap::MapAccess::findIgnoringCase(*properties, key);
+    auto const* const found = properties->find(key);
     return found != nullptr ? *found : Any();
 }
 
@@ -58,8 +58,8 @@ std::vector<std::string> ServiceReferenceBase::GetPropertyKeys() const
 {
     std::vector<std::string> keys;
     auto const properties = core::propertiesOf(*this);
-    keys.reserve(properties->size());
-    for (auto const& entry : *properties) {
+    keys.reserve(properties->map().size());
+    for (auto const& entry : properties->map()) {
         keys.push_back(entry.first);
     }
     return keys;
@@ -139,7 +139,7 @@ std::ostream& operator<<(std::ostream& os, ServiceReferenceBase const& serviceRe
     os << "Reference for service object registered from " << owner.name() << ' ' << owner.version() << " (";
     auto const properties = core::propertiesOf(serviceRef);
     char const* separator = "";
-    for (auto const& [key, value] : *properties) {
+    for (auto const& [key, value] : properties->map()) {
         os << separator << key << '=' << value.ToStringNoExcept();
         separator = ",";
     }

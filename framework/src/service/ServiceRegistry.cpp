@@ -83,7 +83,7 @@ std::shared_ptr<ServiceRecord> ServiceRegistry::add(BundleContextPrivate const& 
     auto record = std::make_shared<ServiceRecord>(shared_from_this(), owner, id, names);
     record->m_object = object;
     record->m_factory = factory;
-    ServiceRecord::Properties const all = std::make_shared<AnyMap const>(std::move(described.all));
+    ServiceRecord::Properties const all = std::make_shared<ldap::PropertyTable const>(std::move(described.all));
     record->m_properties = all;
     record->m_ranking = described.ranking;
     record->m_shownId = described.shownId;
@@ -107,8 +107,8 @@ void ServiceRegistry::changeProperties(std::shared_ptr<ServiceRecord> const& rec
     for (;;) {
         requireRegistered(*record);
         old = this->properties(*record);
-        auto replaced = propertiesReplaced(properties, *old);
-        all = std::make_shared<AnyMap const>(std::move(replaced.all));
+        auto replaced = propertiesReplaced(properties, old->map());
+        all = std::make_shared<ldap::PropertyTable const>(std::move(replaced.all));
 
         ServiceIndex::Outdated outdated;
         std::lock_guard<std::mutex> const lock(m_mutex);

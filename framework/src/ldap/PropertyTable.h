@@ -1,0 +1,48 @@
+#pragma once
+
+#include "cppmicroservices/AnyMap.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace cppmicroservices::ldap {
+
+/// Differs for most names, is the same for names that differ by the case of ASCII letters alone: the length, and the
+/// first, the middle and the last letter.
+std::uint32_t markOf(std::string_view name);
+
+/// Properties that never change, laid out so that many can be looked through quickly: a name is looked for among the
+/// marks of all names, which lie side by side, and compared letter by letter only where the marks agree. No hash is
+/// computed, and the nodes of the map are not visited.
+class PropertyTable {
+public:
+    /// @param map  of the kind with case-insensitive keys
+    explicit PropertyTable(AnyMap map);
+
+    // Refers to its own map.
+    PropertyTable(const PropertyTable&) = delete;
+    PropertyTable& operator=(const PropertyTable&) = delete;
+
+    const AnyMap& map() const { return m_map; }
+
+    /// The value of the property of that name, its case disregarded; null when there is none.
+    ///
+    /// @param mark  of the name
+    /// @cost        linear in the number of properties, up to a few; else one look-up in the map
+    const Any* find(const std::string& name, std::uint32_t mark) const;
+    const Any* find(const std::string& name) const { return find(name, markOf(name)); }
+
+private:
+    struct Entry {
+        std::uint32_t mark;
+        const std::pair<const std::string, Any>* property;
+    };
+
+    AnyMap m_map;
+    std::vector<Entry> m_entries; // empty where looking into the map is quicker
+};
+
+} // namespace cppmicroservices::ldap
