@@ -283,7 +283,7 @@ ValueType any_cast(Any& operand)
     return any_cast<ValueType>(static_cast<Any const&>(operand));
 }
 
-/// The value without a check: `operand` must hold a `ValueType`.
+/// The value; `operand` must hold a `ValueType`.
 template <typename ValueType>
 ValueType* unsafe_any_cast(Any* operand)
 {
@@ -293,7 +293,7 @@ ValueType* unsafe_any_cast(Any* operand)
 template <typename ValueType>
 ValueType const* unsafe_any_cast(Any const* operand)
 {
-    return unsafe_any_cast<ValueType>(const_cast<Any*>(operand));
+    return any_cast<ValueType>(operand);
 }
 
 } // namespace cppmicroservices

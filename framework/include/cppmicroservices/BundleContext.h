@@ -36,6 +36,8 @@ public:
     /// An invalid context.
     BundleContext();
 
+    /// Two valid contexts are equal when they are the same one; invalid ones are all equal, and greater than valid
+    /// ones.
     bool operator==(BundleContext const& rhs) const;
     bool operator!=(BundleContext const& rhs) const;
     bool operator<(BundleContext const& rhs) const;
@@ -60,8 +62,7 @@ public:
 
     /// Registers a service.
     ///
-    /// @throws std::invalid_argument for an empty map, an empty name or a null object in it, or a "service.ranking"
-    ///         that is no int
+    /// @throws std::invalid_argument for an empty map, or an empty name or a null object in it
     /// @throws std::runtime_error when two property names differ by case only
     /// @throws BadAnyCastException when a given "service.id" or "objectclass" has another type than the framework's
     /// @cost   O(log n) in the number of services

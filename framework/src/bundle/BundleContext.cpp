@@ -28,10 +28,12 @@ std::vector<Bundle> toHandles(core::BundleRegistry::Records records)
     return handles;
 }
 
-core::ServiceRegistry::Reference const& requireService(ServiceReferenceBase const& reference)
+/// What a wrong reference is told comes before what a wrong context is told.
+core::ServiceRegistry::Reference const& requireService(ServiceReferenceBase const& reference,
+                                                       BundleContext const& context)
 {
     auto const& data = HandleAccess::data(reference);
-    if (!data) {
+    if (!data || (!context && !reference)) {
         throw std::invalid_argument("Default constructed ServiceReference is not a valid input to GetService()");
     }
     return data;
@@ -45,7 +47,8 @@ BundleContext::BundleContext(std::shared_ptr<BundleContextPrivate> ctx) : m_cont
 
 bool BundleContext::operator==(BundleContext const& rhs) const
 {
-    return m_context == rhs.m_context;
+    bool const valid{*this};
+    return valid == static_cast<bool>(rhs) && (!valid || m_context == rhs.m_context);
 }
 
 bool BundleContext::operator!=(BundleContext const& rhs) const
@@ -55,6 +58,9 @@ bool BundleContext::operator!=(BundleContext const& rhs) const
 
 bool BundleContext::operator<(BundleContext const& rhs) const
 {
+    if (!*this || !rhs) {
+        return *this && !rhs;
+    }
     return std::less<BundleContextPrivate const*>()(m_context.get(), rhs.m_context.get());
 }
 
@@ -71,14 +77,14 @@ BundleContext& BundleContext::operator=(std::nullptr_t)
 
 Any BundleContext::GetProperty(std::string const& key) const
 {
-    auto const framework = access(m_context).core;
-    auto const found = framework->properties().find(key);
-    return found != framework->properties().cend() ? found->second : Any();
+    auto const properties = access(m_context).core->properties();
+    auto const found = properties->find(key);
+    return found != properties->cend() ? found->second : Any();
 }
 
 AnyMap BundleContext::GetProperties() const
 {
-    return access(m_context).core->properties();
+    return *access(m_context).core->properties();
 }
 
 Bundle BundleContext::GetBundle() const
@@ -127,14 +133,14 @@ ServiceReferenceU BundleContext::GetServiceReference(std::string const& clazz)
 
 std::shared_ptr<void> BundleContext::GetService(ServiceReferenceBase const& reference)
 {
-    auto const data = requireService(reference);
+    auto const data = requireService(reference, *this);
     auto const own = access(m_context);
     return data->record->registry().object(data, *own.context);
 }
 
 InterfaceMapConstPtr BundleContext::GetService(ServiceReferenceU const& reference)
 {
-    auto const data = requireService(reference);
+    auto const data = requireService(reference, *this);
     auto const own = access(m_context);
     return data->record->registry().interfaces(data, *own.context);
 }
@@ -152,7 +158,7 @@ std::string BundleContext::GetDataFile(std::string const& filename) const
     if (own.bundle->isSystemBundle()) {
         return {};
     }
-    auto const folder = core::dataFolder(own.core->properties(), own.bundle->id());
+    auto const folder = core::dataFolder(*own.core->properties(), own.bundle->id());
     if (folder.empty()) {
         return {};
     }

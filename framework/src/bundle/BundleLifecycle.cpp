@@ -219,7 +219,7 @@ void uninstallBundle(FrameworkCore& core, Record const& bundle)
     bundle->setState(Bundle::STATE_INSTALLED);
     core.events().publish(BundleEvent::BUNDLE_UNRESOLVED, bundle);
     core.bundles().remove(*bundle);
-    if (auto const folder = dataFolder(core.properties(), bundle->id()); !folder.empty()) {
+    if (auto const folder = dataFolder(*core.properties(), bundle->id()); !folder.empty()) {
         removeDataFolder(folder);
     }
     bundle->setState(Bundle::STATE_UNINSTALLED);

@@ -73,8 +73,9 @@ Any Bundle::GetProperty(std::string const& key) const
     if (!core) {
         return {};
     }
-    auto const found = core->properties().find(key);
-    return found != core->properties().cend() ? found->second : Any();
+    auto const properties = core->properties();
+    auto const found = properties->find(key);
+    return found != properties->cend() ? found->second : Any();
 }
 
 std::vector<std::string> Bundle::GetPropertyKeys() const

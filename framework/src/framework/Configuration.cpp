@@ -54,12 +54,17 @@ AnyMap completeConfiguration(std::unordered_map<std::string, Any> const& given)
     AnyMap properties(given); // of the type UNORDERED_MAP
     properties[Constants::FRAMEWORK_VERSION] = std::string(US_FRAMEWORK_VERSION_STR);
     properties[Constants::FRAMEWORK_VENDOR] = std::string("CppMicroServices");
-    properties[Constants::FRAMEWORK_UUID] = newUuid();
     properties[Constants::FRAMEWORK_THREADING_SUPPORT] = Constants::FRAMEWORK_THREADING_MULTI;
     properties.emplace(Constants::FRAMEWORK_WORKING_DIR, currentFolder());
     properties.emplace(Constants::FRAMEWORK_STORAGE, std::string("fwdir"));
     properties.emplace(Constants::FRAMEWORK_LOG, false);
     properties.emplace(Constants::LIBRARY_LOAD_OPTIONS, static_cast<int>(RTLD_NOW));
+    return withNewUuid(std::move(properties));
+}
+
+AnyMap withNewUuid(AnyMap properties)
+{
+    properties[Constants::FRAMEWORK_UUID] = newUuid();
     return properties;
 }
 

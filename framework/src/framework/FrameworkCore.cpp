@@ -25,13 +25,13 @@ std::shared_ptr<FrameworkHold> FrameworkCore::make(AnyMap properties, std::ostre
 }
 
 FrameworkCore::FrameworkCore(AnyMap properties, std::ostream* logger)
-    : m_properties(std::move(properties)),
-      m_loadOptions(loadOptionsIn(m_properties)),
-      m_validation(validationIn(m_properties)),
-      m_events(std::make_shared<Events>(logsIn(m_properties) ? logger : nullptr)),
+    : m_loadOptions(loadOptionsIn(properties)),
+      m_validation(validationIn(properties)),
+      m_events(std::make_shared<Events>(logsIn(properties) ? logger : nullptr)),
+      m_properties(std::make_shared<AnyMap const>(std::move(properties))),
       m_services(std::make_shared<ServiceRegistry>(m_events))
 {
-    if (!loadOptionsAreUsable(m_properties)) {
+    if (!loadOptionsAreUsable(*m_properties)) {
         m_events->note("The property " + Constants::LIBRARY_LOAD_OPTIONS + " is no int; " +
                        std::to_string(m_loadOptions) + " is used instead.");
     }
@@ -43,6 +43,12 @@ FrameworkCore::~FrameworkCore()
     if (m_stopper.joinable()) {
         m_stopper.detach();
     }
+}
+
+std::shared_ptr<AnyMap const> FrameworkCore::properties() const
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    return m_properties;
 }
 
 std::shared_ptr<ServiceRegistry> FrameworkCore::services() const
@@ -92,12 +98,15 @@ void FrameworkCore::waitForStopUnderWay(Lock& lock)
 
 void FrameworkCore::init()
 {
+    // Copied and, below, dropped without the lock: the values are foreign code.
+    auto propertiesOfRun = std::make_shared<AnyMap const>(withNewUuid(*properties()));
     {
         Lock lock(m_mutex);
         waitForStopUnderWay(lock);
         if (isUp()) {
             return;
         }
+        m_properties.swap(propertiesOfRun);
         m_services = std::make_shared<ServiceRegistry>(m_events);
         m_bundles.open(m_systemBundle);
         m_systemBundle->setContext(BundleContextPrivate::make(m_systemBundle, m_services));

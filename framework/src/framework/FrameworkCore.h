@@ -38,7 +38,8 @@ public:
     FrameworkCore& operator=(FrameworkCore const&) = delete;
     ~FrameworkCore();
 
-    AnyMap const& properties() const { return m_properties; }
+    /// The configuration; each run has its own, with another uuid.
+    std::shared_ptr<AnyMap const> properties() const;
     int loadOptions() const { return m_loadOptions; }
     Validation const& validation() const { return m_validation; }
 
@@ -73,7 +74,6 @@ private:
     void waitForStopUnderWay(Lock& lock);
     static void joinFinished(Lock& lock, std::thread& thread);
 
-    AnyMap const m_properties;
     int m_loadOptions;
     Validation m_validation;
     std::shared_ptr<Events> const m_events;
@@ -84,6 +84,7 @@ private:
 
     mutable std::mutex m_mutex; // guards all below; no other lock but that of a record is taken while it is held
     std::condition_variable m_changed;
+    std::shared_ptr<AnyMap const> m_properties; // never null, replaced as a whole
     std::shared_ptr<ServiceRegistry> m_services;
     bool m_stopAsked = false;     // since the framework was made
     bool m_stopping = false;      // from stop() to the end of the stop

@@ -1,7 +1,6 @@
 #include "service/PropertyRules.h"
 
 #include "cppmicroservices/Constants.h"
-#include "cppmicroservices/ServiceInterface.h"
 
 #include <stdexcept>
 #include <utility>
@@ -17,18 +16,11 @@ void add(AnyMap& properties, std::string const& key, Any const& value)
     }
 }
 
-int rankingIn(AnyMap const& properties)
+/// The ranking as it is given; null when there is none.
+Any const* rankingIn(AnyMap const& properties)
 {
     auto const found = properties.find(Constants::SERVICE_RANKING);
-    if (found == properties.cend()) {
-        return 0;
-    }
-    auto const* const ranking = any_cast<int>(&found->second);
-    if (ranking == nullptr) {
-        throw std::invalid_argument("The property service.ranking must be an int, but is of type " +
-                                    detail::GetDemangledName(found->second.Type()));
-    }
-    return *ranking;
+    return found != properties.cend() ? &found->second : nullptr;
 }
 
 } // namespace
@@ -53,7 +45,8 @@ RegisteredProperties propertiesAtRegistration(ServiceProperties const& given, lo
     if (given.count(Constants::SERVICE_SCOPE) == 0) {
         add(result.all, Constants::SERVICE_SCOPE, scope);
     }
-    result.ranking = rankingIn(result.all);
+    auto const* const ranking = any_cast<int>(rankingIn(result.all));
+    result.ranking = ranking != nullptr ? *ranking : 0;
     return result;
 }
 
@@ -70,7 +63,13 @@ RegisteredProperties propertiesReplaced(ServiceProperties const& given, AnyMap c
         add(result.all, key, value);
     }
     result.shownId = any_cast<long>(old.find(Constants::SERVICE_ID)->second);
-    result.ranking = rankingIn(result.all);
+    if (auto const* const ranking = rankingIn(result.all)) {
+        try {
+            result.ranking = any_cast<int>(*ranking);
+        } catch (BadAnyCastException const& e) {
+            throw std::invalid_argument(std::string("SERVICE_RANKING property has unexpected value type. ") + e.what());
+        }
+    }
     return result;
 }
 

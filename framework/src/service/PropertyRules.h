@@ -16,16 +16,17 @@ struct RegisteredProperties {
 };
 
 /// Adds "service.id", "objectclass" and "service.scope" to the given properties, unless given in exactly that spelling.
+/// A ranking that is no int counts as 0.
 ///
 /// @throws std::runtime_error when two names differ by case only
 /// @throws BadAnyCastException for a given "service.id" that is no long or "objectclass" that is no string vector
-/// @throws std::invalid_argument for a ranking that is no int
 RegisteredProperties propertiesAtRegistration(ServiceProperties const& given, long id,
                                               std::vector<std::string> const& objectClass, std::string const& scope);
 
 /// Replaces all but the three that every service has; given values for those, in exactly that spelling, are ignored.
 ///
-/// @throws as above
+/// @throws std::runtime_error when two names differ by case only
+/// @throws std::invalid_argument for a ranking that is no int
 RegisteredProperties propertiesReplaced(ServiceProperties const& given, AnyMap const& old);
 
 } // namespace cppmicroservices::core

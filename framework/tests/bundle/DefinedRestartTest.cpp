@@ -32,14 +32,6 @@ TEST_F(DefinedRestart, keepsTheBundlesOfTwoRunsApart)
     EXPECT_EQ(Bundle::STATE_INSTALLED, now.GetState());
 }
 
-TEST_F(DefinedRestart, keepsTheUuid)
-{
-    auto const uuid = context.GetProperty(Constants::FRAMEWORK_UUID).ToString();
-    stopAndWait(framework);
-    framework.Start();
-    EXPECT_EQ(uuid, framework.GetBundleContext().GetProperty(Constants::FRAMEWORK_UUID).ToString());
-}
-
 TEST(DefinedConfiguration, isRefusedBeforeThereIsAFramework)
 {
     FrameworkConfiguration const configuration{{Constants::FRAMEWORK_BUNDLE_VALIDATION_FUNC, 1}};

@@ -27,14 +27,28 @@ TEST_F(DefinedService, refusesReservedPropertiesOfAnotherType)
     EXPECT_THROW(context.RegisterService<Plain>(object, {{"objectclass", 7}}), BadAnyCastException);
 }
 
-TEST_F(DefinedService, refusesARankingThatIsNoInt)
+TEST_F(DefinedService, takesARankingThatIsNoIntForZero)
 {
-    EXPECT_EQ("The property service.ranking must be an int, but is of type long",
-              thrownText<std::invalid_argument>([this] {
-                  context.RegisterService<Plain>(object, {{"Service.Ranking", 5L}});
-              }));
-    auto registration = context.RegisterService<Plain>(object);
-    EXPECT_THROW(registration.SetProperties({{"service.ranking", std::string("5")}}), std::invalid_argument);
+    auto const low = context.RegisterService<Plain>(object, {{"service.ranking", -1}});
+    auto const odd = context.RegisterService<Plain>(object, {{"Service.Ranking", 5L}});
+    auto const none = context.RegisterService<Plain>(object);
+    auto const high = context.RegisterService<Plain>(object, {{"service.ranking", 1}});
+    auto const found = context.GetServiceReferences<Plain>();
+    ASSERT_EQ(4U, found.size());
+    EXPECT_EQ(high.GetReference(), found[0]);
+    EXPECT_EQ(odd.GetReference(), found[1]);
+    EXPECT_EQ(none.GetReference(), found[2]);
+    EXPECT_EQ(low.GetReference(), found[3]);
+}
+
+TEST_F(DefinedService, changesARankingThatIsNoInt)
+{
+    auto const other = context.RegisterService<Plain>(object, {{"service.ranking", 1}});
+    auto odd = context.RegisterService<Plain>(object, {{"service.ranking", std::string("5")}});
+    odd.SetProperties({{"service.ranking", 2}});
+    EXPECT_EQ(odd.GetReference(), context.GetServiceReference<Plain>());
+    odd.SetProperties({});
+    EXPECT_EQ(other.GetReference(), context.GetServiceReference<Plain>());
 }
 
 TEST_F(DefinedService, saysThatADefaultReferenceHasNoProperties)

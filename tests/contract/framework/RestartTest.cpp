@@ -3,6 +3,8 @@
 #include "contract/ThrownText.h"
 #include "contract/service/TestServices.h"
 
+#include <cppmicroservices/Constants.h>
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -90,6 +92,15 @@ TEST_F(Restart, leavesOldHandlesBehind)
     again.Start();
     EXPECT_EQ(Bundle::STATE_ACTIVE, again.GetState());
     EXPECT_EQ(Bundle::STATE_INSTALLED, bundle.GetState());
+}
+
+TEST_F(Restart, hasAnotherUuid)
+{
+    auto const uuid = context.GetProperty(Constants::FRAMEWORK_UUID).ToString();
+    EXPECT_EQ(uuid, context.GetProperties().at(Constants::FRAMEWORK_UUID).ToString());
+    stopAndWait(framework);
+    framework.Start();
+    EXPECT_NE(uuid, framework.GetBundleContext().GetProperty(Constants::FRAMEWORK_UUID).ToString());
 }
 
 TEST_F(Restart, keepsTheConfiguration)

@@ -103,6 +103,32 @@ TEST_F(Registering, keepsTheOldPropertiesWhenTheNewOnesAreFaulty)
     EXPECT_EQ(1, any_cast<int>(registration.GetReference().GetProperty("old")));
 }
 
+TEST_F(Registering, takesARankingOfAnotherTypeAtFirst)
+{
+    for (auto const& ranking : {Any(5L), Any(std::string("5")), Any(true), Any()}) {
+        auto registration = context.RegisterService<Plain>(object, {{"service.ranking", ranking}});
+        EXPECT_EQ(ranking.Type(), registration.GetReference().GetProperty("service.ranking").Type());
+        EXPECT_EQ(registration.GetReference(), context.GetServiceReference<Plain>());
+        registration.Unregister();
+    }
+}
+
+TEST_F(Registering, refusesToChangeTheRankingToAnotherType)
+{
+    auto registration = context.RegisterService<Plain>(object, {{"old", 1}});
+    std::string const text = "SERVICE_RANKING property has unexpected value type. "
+                             "cppmicroservices::BadAnyCastException: any_cast: Failed to convert from "
+                             "cppmicroservices::Any type ";
+    EXPECT_EQ(text + "long to target type int", thrownText<std::invalid_argument>([&] {
+                  registration.SetProperties({{"service.ranking", 5L}});
+              }));
+    EXPECT_EQ(text + "void to target type int", thrownText<std::invalid_argument>([&] {
+                  registration.SetProperties({{"service.ranking", Any()}});
+              }));
+    EXPECT_EQ(1, any_cast<int>(registration.GetReference().GetProperty("old")));
+    EXPECT_NO_THROW(registration.SetProperties({{"service.ranking", 5}}));
+}
+
 TEST_F(Registering, endsWithUnregister)
 {
     auto registration = context.RegisterService<Plain>(object, {{"old", 1}});

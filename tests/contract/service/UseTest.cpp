@@ -78,6 +78,11 @@ TEST_F(Using, refusesReferencesWithoutAService)
     auto const stale = own.GetReference();
     own.Unregister();
     EXPECT_EQ(text, thrownText<std::invalid_argument>([&] { context.GetService(stale); }));
+    BundleContext none;
+    EXPECT_EQ(text, thrownText<std::invalid_argument>([&] { none.GetService(stale); }));
+    EXPECT_EQ(text, thrownText<std::invalid_argument>([&] { none.GetService(ServiceReferenceU()); }));
+    ostrel::test::stopAndWait(framework);
+    EXPECT_EQ(text, thrownText<std::invalid_argument>([&] { context.GetService(ServiceReferenceU(stale)); }));
 }
 
 TEST_F(Using, keepsTheObjectOfAnUnregisteredService)

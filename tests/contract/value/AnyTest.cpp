@@ -55,6 +55,16 @@ TEST(AnyCast, GivenAnotherType_WhenCast_ThenTheTextNamesBothTypes)
               prefix + "failed conversion using cppmicroservices::any_cast");
 }
 
+TEST(AnyCast, GivenAnyTypeToTrust_WhenCastUnchecked_ThenTheValueIsFound)
+{
+    Any value = 5;
+    Any const& fixed = value;
+    *unsafe_any_cast<int>(&value) = 6;
+
+    EXPECT_EQ(*unsafe_any_cast<int>(&fixed), 6);
+    EXPECT_EQ(unsafe_any_cast<long>(&fixed), nullptr);
+}
+
 TEST(AnyEquality, GivenValues_WhenCompared_ThenTypeAndValueCount)
 {
     EXPECT_TRUE(Any(5) == 5);
