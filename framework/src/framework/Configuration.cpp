@@ -21,6 +21,8 @@ T const* valueIn(AnyMap const& properties, std::string const& key)
     return found != properties.cend() ? any_cast<T>(&found->second) : nullptr;
 }
 
+using Validation = std::function<bool(Bundle const&)>;
+
 /// Random, in the usual form.
 std::string newUuid()
 {
@@ -86,9 +88,16 @@ bool logsIn(AnyMap const& properties)
 
 std::function<bool(Bundle const&)> validationIn(AnyMap const& properties)
 {
-    using Validation = std::function<bool(Bundle const&)>;
+    auto const* const validation = valueIn<Validation>(properties, Constants::FRAMEWORK_BUNDLE_VALIDATION_FUNC);
+    return validation != nullptr ? *validation : Validation();
+}
+
+void checkValidation(AnyMap const& properties)
+{
     auto const found = properties.find(Constants::FRAMEWORK_BUNDLE_VALIDATION_FUNC);
-    return found != properties.cend() ? any_cast<Validation>(found->second) : Validation();
+    if (found != properties.cend()) {
+        (void)ref_any_cast<Validation>(found->second);
+    }
 }
 
 BundleIdentity systemBundleIdentity()

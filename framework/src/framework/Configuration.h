@@ -26,10 +26,11 @@ bool loadOptionsAreUsable(AnyMap const& properties);
 /// @throws BadAnyCastException when it is no bool
 bool logsIn(AnyMap const& properties);
 
-/// Empty when there is none.
-///
-/// @throws BadAnyCastException when it is something else than such a function
+/// Empty when there is none. Of no use before checkValidation().
 std::function<bool(Bundle const&)> validationIn(AnyMap const& properties);
+
+/// @throws BadAnyCastException when the validation is something else than such a function
+void checkValidation(AnyMap const& properties);
 
 /// The framework as a bundle.
 BundleIdentity systemBundleIdentity();

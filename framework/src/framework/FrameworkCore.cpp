@@ -99,7 +99,9 @@ void FrameworkCore::waitForStopUnderWay(Lock& lock)
 void FrameworkCore::init()
 {
     // Copied and, below, dropped without the lock: the values are foreign code.
-    auto propertiesOfRun = std::make_shared<AnyMap const>(withNewUuid(*properties()));
+    auto const former = properties();
+    checkValidation(*former);
+    auto propertiesOfRun = std::make_shared<AnyMap const>(withNewUuid(*former));
     {
         Lock lock(m_mutex);
         waitForStopUnderWay(lock);

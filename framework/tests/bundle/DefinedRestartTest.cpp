@@ -4,6 +4,7 @@
 #include "contract/ThrownText.h"
 
 #include <cppmicroservices/Constants.h>
+#include <cppmicroservices/FrameworkEvent.h>
 
 #include <gtest/gtest.h>
 
@@ -32,10 +33,18 @@ TEST_F(DefinedRestart, keepsTheBundlesOfTwoRunsApart)
     EXPECT_EQ(Bundle::STATE_INSTALLED, now.GetState());
 }
 
-TEST(DefinedConfiguration, isRefusedBeforeThereIsAFramework)
+TEST(DefinedConfiguration, isRefusedAsOftenAsItIsTried)
 {
-    FrameworkConfiguration const configuration{{Constants::FRAMEWORK_BUNDLE_VALIDATION_FUNC, 1}};
-    EXPECT_THROW(FrameworkFactory().NewFramework(configuration), BadAnyCastException);
+    auto framework =
+        FrameworkFactory().NewFramework(FrameworkConfiguration{{Constants::FRAMEWORK_BUNDLE_VALIDATION_FUNC, 1}});
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        EXPECT_THROW(framework.Init(), BadAnyCastException);
+        EXPECT_THROW(framework.Start(), BadAnyCastException);
+        EXPECT_EQ(Bundle::STATE_INSTALLED, framework.GetState());
+        EXPECT_FALSE(framework.GetBundleContext());
+    }
+    framework.Stop();
+    EXPECT_EQ(FrameworkEvent::FRAMEWORK_STOPPED, framework.WaitForStop(std::chrono::seconds(1)).GetType());
 }
 
 TEST(DefinedStorage, saysWhichFolderCannotBeMade)

@@ -116,6 +116,9 @@ TEST(Configuration, ofAnotherTypeIsRefusedOrIgnored)
     expectRefused(Constants::FRAMEWORK_LOG, std::string("true"));
     expectRefused(Constants::FRAMEWORK_LOG, 1);
     expectRefused(Constants::FRAMEWORK_BUNDLE_VALIDATION_FUNC, 1);
+    auto notYetRefused =
+        FrameworkFactory().NewFramework(FrameworkConfiguration{{Constants::FRAMEWORK_BUNDLE_VALIDATION_FUNC, 1}});
+    EXPECT_THROW(notYetRefused.Init(), BadAnyCastException);
     auto framework = started({{Constants::LIBRARY_LOAD_OPTIONS, std::string("x")}});
     EXPECT_EQ(Bundle::STATE_ACTIVE, framework.GetState());
     stopAndWait(framework);
