@@ -42,7 +42,7 @@ struct FilteredListener : Listener<ServiceEvent> {
     LDAPFilter filter; ///< false: all services
 };
 
-/// Listeners in the order in which they were added. No lock of its own.
+/// Listeners, the last added first. No lock of its own.
 ///
 /// Who delivers an event takes a snapshot, which is made anew only after a change; so a change costs O(log n), and an
 /// event costs no allocation while the listeners stay the same.
@@ -57,7 +57,7 @@ public:
     {
         m_snapshot.reset();
         auto const id = listener->id;
-        m_entries.emplace_hint(m_entries.end(), id, std::move(listener));
+        m_entries.emplace_hint(m_entries.begin(), id, std::move(listener));
     }
 
     void remove(ListenerTokenId id)
@@ -82,7 +82,7 @@ public:
     }
 
 private:
-    std::map<ListenerTokenId, Entry> m_entries;
+    std::map<ListenerTokenId, Entry, std::greater<>> m_entries;
     Snapshot m_snapshot;
 };
 

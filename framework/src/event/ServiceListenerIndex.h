@@ -9,7 +9,7 @@
 
 namespace cppmicroservices::core {
 
-/// The listeners that may want the events of one service, in the order in which they were added; no one is there twice.
+/// The listeners that may want the events of one service, the last added first; no one is there twice.
 class ServiceListenerCandidates {
 public:
     using List = ListenerList<FilteredListener>;
@@ -27,7 +27,7 @@ public:
             std::size_t from = 0;
             for (std::size_t i = 0; i < m_runs.size(); ++i) {
                 auto const& run = *m_runs[i];
-                if (next[i] < run.size() && (first == nullptr || run[next[i]]->id < first->id)) {
+                if (next[i] < run.size() && (first == nullptr || run[next[i]]->id > first->id)) {
                     first = run[next[i]].get();
                     from = i;
                 }

@@ -35,7 +35,7 @@ TEST(DefaultServiceEvent, isOfNoService)
     EXPECT_FALSE(ServiceEvent().GetServiceReference<Plain>());
 }
 
-TEST_F(DefinedListeners, areCalledInTheOrderInWhichTheyWereAdded)
+TEST_F(DefinedListeners, areCalledFromTheLastAddedToTheFirst)
 {
     std::string seen;
     std::vector<std::string> const filters = {
@@ -46,19 +46,18 @@ TEST_F(DefinedListeners, areCalledInTheOrderInWhichTheyWereAdded)
         context.AddBundleListener([&seen, i](BundleEvent const&) { seen += std::to_string(i); });
     }
     auto const registration = context.RegisterService<Plain, Named>(object, {{"a", 1}});
-    EXPECT_EQ("01234567", seen);
+    EXPECT_EQ("76543210", seen);
     seen.clear();
     installByManifest(context, {"plain"});
-    EXPECT_EQ("01234567", seen);
+    EXPECT_EQ("76543210", seen);
     stopAndWait(framework);
 }
 
 TEST_F(DefinedListeners, ofBundleEventsRemovedDuringAnEventAreCalledNoMore)
 {
-    ListenerToken second;
     int calls = 0;
-    context.AddBundleListener([&](BundleEvent const&) { context.RemoveListener(std::move(second)); });
-    second = context.AddBundleListener([&calls](BundleEvent const&) { ++calls; });
+    ListenerToken first = context.AddBundleListener([&calls](BundleEvent const&) { ++calls; });
+    context.AddBundleListener([&](BundleEvent const&) { context.RemoveListener(std::move(first)); });
     installByManifest(context, {"plain"});
     EXPECT_EQ(0, calls);
     stopAndWait(framework);
@@ -66,10 +65,9 @@ TEST_F(DefinedListeners, ofBundleEventsRemovedDuringAnEventAreCalledNoMore)
 
 TEST_F(DefinedListeners, ofFrameworkEventsRemovedDuringAnEventAreCalledNoMore)
 {
-    ListenerToken second;
     int calls = 0;
-    context.AddFrameworkListener([&](FrameworkEvent const&) { context.RemoveListener(std::move(second)); });
-    second = context.AddFrameworkListener([&calls](FrameworkEvent const&) { ++calls; });
+    ListenerToken first = context.AddFrameworkListener([&calls](FrameworkEvent const&) { ++calls; });
+    context.AddFrameworkListener([&](FrameworkEvent const&) { context.RemoveListener(std::move(first)); });
     context.AddServiceListener([](ServiceEvent const&) { throw 1; });
     auto const registration = context.RegisterService<Plain>(object);
     EXPECT_EQ(0, calls);
