@@ -3,6 +3,7 @@
 #include "bundle/ActivatorType.h"
 #include "bundle/BuiltFor.h"
 #include "bundle/BundleRecord.h"
+#include "bundle/Program.h"
 #include "framework/HandleAccess.h"
 #include "resource/ResourceFile.h"
 
@@ -20,10 +21,11 @@ void Activation::load(BundleRecord const& bundle, int options, std::shared_ptr<B
     if (m_library.isLoaded()) {
         return;
     }
+    bool const isProgram = bundle.location() == programFile();
     // Checked at installation already, but the file may be another one by now.
     LibraryFile file;
     auto const& installed = bundle.resources();
-    if (!installed || !installed->wasWhole() || !installed->isUnchanged()) {
+    if (!isProgram && (!installed || !installed->wasWhole() || !installed->isUnchanged())) {
         file = inspectLibrary(bundle.location());
         refuseForeignLibrary(bundle.location(), file.needed);
     }
@@ -32,7 +34,7 @@ void Activation::load(BundleRecord const& bundle, int options, std::shared_ptr<B
             // The dynamic loader would touch what is not there, and the process end by a signal.
             throw LoadError(bundle.location() + ": the file is damaged: " + file.damage);
         }
-        m_library = SharedLibrary(bundle.location(), options);
+        m_library = isProgram ? SharedLibrary::ofProgram(options) : SharedLibrary(bundle.location(), options);
     } catch (LoadError const& e) {
         std::error_code const none(0, std::generic_category());
         std::string const text = std::system_error(none, "Error loading " + bundle.location() + ". " + e.what()).what();
@@ -77,7 +79,6 @@ void Activation::destroy()
             fault = std::current_exception();
         }
     }
-    emptySlot();
     if (fault) {
         std::rethrow_exception(fault);
     }
@@ -89,7 +90,6 @@ void Activation::putAside()
     if (m_activator != nullptr) {
         m_putAside = std::exchange(m_activator, nullptr);
     }
-    emptySlot();
 }
 
 void Activation::emptySlot() noexcept

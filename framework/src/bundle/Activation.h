@@ -35,21 +35,22 @@ public:
     /// @throws whatever the activator throws
     void stop(std::shared_ptr<BundleContextPrivate> const& context);
 
-    /// Destroys the activator, then empties the context slot.
+    /// Destroys the activator.
     ///
     /// @throws whatever the library's function for it throws, once all is done
     void destroy();
 
-    /// After a failed start: empties the slot and puts the activator aside. It lives until the next start or the
+    /// After a failed start: puts the activator aside. It lives until the next start or the
     /// framework's stop, as other objects that it made may still point to it.
     void putAside();
 
     /// @throws as above
     void destroyPutAside();
 
-private:
+    /// Empties the library's context slot: once the services of the run are gone, as their code may still ask for it.
     void emptySlot() noexcept;
 
+private:
     SharedLibrary m_library;
     ActivatorSymbols m_symbols;
     BundleActivator* m_activator = nullptr;

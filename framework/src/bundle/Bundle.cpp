@@ -93,7 +93,7 @@ bool Bundle::operator<(Bundle const& rhs) const
     if (!m_record || !rhs.m_record) {
         return m_record && !rhs.m_record;
     }
-    return m_record->id() < rhs.m_record->id();
+    return m_record->isBefore(*rhs.m_record);
 }
 
 Bundle::operator bool() const

@@ -4,6 +4,7 @@
 #include "bundle/BundleRecord.h"
 #include "bundle/BundleRegistry.h"
 #include "bundle/Manifest.h"
+#include "bundle/Program.h"
 #include "bundle_file/BundleFile.h"
 #include "event/Events.h"
 #include "framework/FrameworkCore.h"
@@ -12,6 +13,7 @@
 #include "cppmicroservices/Constants.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -71,7 +73,7 @@ std::vector<BundleRegistry::Candidate> BundleRegistry::candidatesIn(std::string 
     if (contents.archive != ostrel::bundle_file::Archive::readable) {
         throw std::runtime_error("Could not init zip archive for bundle at " + location);
     }
-    if (contents.rootManifest) {
+    if (folders.empty()) {
         throw std::runtime_error("Invalid zip archive layout for bundle at " + location);
     }
     for (auto& folder : folders) {
@@ -80,17 +82,11 @@ std::vector<BundleRegistry::Candidate> BundleRegistry::candidatesIn(std::string 
     return candidates;
 }
 
-BundleRegistry::Records BundleRegistry::missing(FrameworkCore& core, std::string const& location,
-                                                std::vector<Candidate> const& candidates, Records const& present)
+BundleRegistry::Records BundleRegistry::made(FrameworkCore& core, std::string const& location,
+                                             std::vector<Candidate> const& candidates)
 {
     Records made;
     for (auto const& candidate : candidates) {
-        bool const isPresent = std::any_of(present.begin(), present.end(), [&candidate](Record const& record) {
-            return record->name() == candidate.name;
-        });
-        if (isPresent) {
-            continue;
-        }
         long id = 0;
         {
             std::lock_guard<std::mutex> const lock(m_mutex);
@@ -115,28 +111,82 @@ BundleRegistry::Records BundleRegistry::missing(FrameworkCore& core, std::string
     return made;
 }
 
+/// The candidates of those names, in the same order: from the caller's manifests, else from the file; one without a
+/// manifest for a name that is in neither.
+std::vector<BundleRegistry::Candidate> BundleRegistry::candidatesOf(std::vector<std::string> const& names,
+                                                                    std::string const& location,
+                                                                    AnyMap const& manifests)
+{
+    auto candidates = candidatesIn(location, manifests);
+    bool const allGiven = std::all_of(names.begin(), names.end(),
+                                      [&manifests](std::string const& name) { return manifests.count(name) != 0; });
+    if (!manifests.empty() && !allGiven) {
+        auto inFile = candidatesIn(location, AnyMap(any_map::UNORDERED_MAP_CASEINSENSITIVE_KEYS));
+        std::move(inFile.begin(), inFile.end(), std::back_inserter(candidates));
+    }
+    std::vector<Candidate> chosen;
+    for (auto const& name : names) {
+        auto const found = std::find_if(candidates.begin(), candidates.end(),
+                                        [&name](Candidate const& candidate) { return candidate.name == name; });
+        chosen.push_back(found != candidates.end() ? std::move(*found) : Candidate{name, std::nullopt, Any(), nullptr});
+    }
+    return chosen;
+}
+
+BundleRegistry::Records BundleRegistry::addMissing(FrameworkCore& core, std::string const& location,
+                                                   AnyMap const& manifests, Records const& present)
+{
+    std::vector<Candidate> candidates;
+    if (present.empty()) {
+        candidates = candidatesIn(location, manifests);
+    } else {
+        std::vector<std::string> absent;
+        for (auto const& name : m_names[location]) {
+            if (std::none_of(present.begin(), present.end(),
+                             [&name](Record const& record) { return record->name() == name; })) {
+                absent.push_back(name);
+            }
+        }
+        if (absent.empty()) {
+            return {};
+        }
+        candidates = candidatesOf(absent, location, manifests);
+    }
+    auto added = made(core, location, candidates);
+    for (auto const& record : added) {
+        add(record);
+    }
+    if (present.empty()) {
+        auto& names = m_names[location];
+        names.clear();
+        std::transform(candidates.begin(), candidates.end(), std::back_inserter(names),
+                       [](Candidate const& candidate) { return candidate.name; });
+    }
+    return added;
+}
+
+BundleRegistry::Records BundleRegistry::addProgram(FrameworkCore& core)
+{
+    if (!programHoldsBundles()) {
+        return {};
+    }
+    std::lock_guard<std::mutex> const installing(m_installing);
+    return addMissing(core, programFile(), AnyMap(any_map::UNORDERED_MAP_CASEINSENSITIVE_KEYS), {});
+}
+
 BundleRegistry::Records BundleRegistry::install(FrameworkCore& core, std::string const& location,
                                                 AnyMap const& manifests)
 {
     Records result;
-    Records made;
+    Records added;
     {
         std::lock_guard<std::mutex> const installing(m_installing);
         if (location != Constants::SYSTEM_BUNDLE_LOCATION) {
             result = at(location);
         }
-        auto const known = m_folders.find(location);
-        if (manifests.empty() && known != m_folders.end() && known->second == result.size()) {
-            return result;
-        }
-        auto const candidates = candidatesIn(location, manifests);
-        made = missing(core, location, candidates, result);
-        for (auto const& record : made) {
-            add(record);
-        }
-        m_folders[location] = candidates.size();
+        added = addMissing(core, location, manifests, result);
     }
-    for (auto& record : made) {
+    for (auto& record : added) {
         core.events().publish(BundleEvent::BUNDLE_INSTALLED, record);
         result.push_back(std::move(record));
     }

@@ -73,6 +73,7 @@ void cleanUp(FrameworkCore& core, Record const& bundle, BundleContextPrivate& co
     context.services()->endRegistrations(context);
     context.services()->endUses(context);
     core.events().listeners().end(context); // also of those that were added meanwhile
+    bundle->activation().emptySlot();
     context.invalidate();
     bundle->setContext(nullptr);
     bundle->setState(Bundle::STATE_RESOLVED);

@@ -2,6 +2,8 @@
 
 #include "bundle/BundleContextPrivate.h"
 
+#include <functional>
+#include <tuple>
 #include <utility>
 
 namespace cppmicroservices::core {
@@ -13,6 +15,14 @@ BundleRecord::BundleRecord(BundleIdentity identity, std::weak_ptr<FrameworkCore>
       m_core(std::move(core)),
       m_hold(std::move(hold))
 {
+}
+
+bool BundleRecord::isBefore(BundleRecord const& other) const
+{
+    auto const place = [](BundleRecord const& record) {
+        return std::make_tuple(record.m_identity.framework, record.id());
+    };
+    return place(*this) != place(other) ? place(*this) < place(other) : std::less<BundleRecord const*>()(this, &other);
 }
 
 std::string BundleRecord::text() const

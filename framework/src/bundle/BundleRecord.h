@@ -28,6 +28,7 @@ struct BundleIdentity {
     BundleVersion version;
     AnyMap headers;
     std::shared_ptr<ResourceFile const> resources = nullptr; // none for the framework itself
+    unsigned long framework = 0;                             // counts the frameworks of the process
 };
 
 /// A bundle as the framework knows it. Outlives the framework where a handle on it does.
@@ -44,6 +45,9 @@ public:
     std::shared_ptr<ResourceFile const> const& resources() const { return m_identity.resources; }
     Bundle::TimeStamp installedAt() const { return m_installedAt; }
     bool isSystemBundle() const { return m_identity.id == 0; }
+
+    /// By framework, then by id; bundles of two runs of a framework may have the same id and still be told apart.
+    bool isBefore(BundleRecord const& other) const;
 
     /// "Bundle NAME (location=LOCATION)", as messages name a bundle.
     std::string text() const;

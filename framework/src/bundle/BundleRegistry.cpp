@@ -31,7 +31,7 @@ BundleRegistry::Records BundleRegistry::close()
     m_byLocation.clear();
     m_byId.clear();
     m_byName.clear();
-    m_folders.clear();
+    m_names.clear();
     return left;
 }
 

@@ -27,6 +27,13 @@ public:
     /// @locks one that serves installations alone, and the registry's own for each look at it; no foreign code runs
     Records install(FrameworkCore& core, std::string const& location, AnyMap const& manifests);
 
+    /// Adds the bundles that the program itself holds, if there are any. Sends no events; that is left to the caller.
+    ///
+    /// @return what was added
+    /// @throws std::runtime_error as install()
+    /// @locks as install()
+    Records addProgram(FrameworkCore& core);
+
     /// Adds the framework's own bundle; at the beginning of a run.
     void open(Record const& systemBundle);
 
@@ -48,8 +55,11 @@ private:
     struct Candidate;
 
     static std::vector<Candidate> candidatesIn(std::string const& location, AnyMap const& manifests);
-    Records missing(FrameworkCore& core, std::string const& location, std::vector<Candidate> const& candidates,
-                    Records const& present);
+    static std::vector<Candidate> candidatesOf(std::vector<std::string> const& names, std::string const& location,
+                                               AnyMap const& manifests);
+    Records addMissing(FrameworkCore& core, std::string const& location, AnyMap const& manifests,
+                       Records const& present);
+    Records made(FrameworkCore& core, std::string const& location, std::vector<Candidate> const& candidates);
     void requireNew(BundleRecord const& bundle) const;
     void add(Record const& bundle);
 
@@ -60,8 +70,8 @@ private:
     std::multimap<std::string, Record> m_byLocation;
     std::unordered_map<long, Record> m_byId;
     std::unordered_multimap<std::string, Record> m_byName;
-    std::unordered_map<std::string, std::size_t>
-        m_folders; // how many bundles the file at a location had when first read
+    std::unordered_map<std::string, std::vector<std::string>>
+        m_names; // the bundles that the file at a location has: all that may be installed while one of them is
 };
 
 } // namespace core

@@ -48,6 +48,13 @@ struct NumberTooBig {};
 
 AnyMap toMap(rapidjson::Value const& object);
 
+/// A text that begins with a percent sign names one to be looked up for the user's language. There are none, and then
+/// the name itself is the text.
+std::string localized(std::string_view text)
+{
+    return std::string(text.substr(text.rfind('%', 0) == 0 ? 1 : 0));
+}
+
 /// An empty Any stands for what is left out.
 Any toAny(rapidjson::Value const& value)
 {
@@ -64,7 +71,7 @@ Any toAny(rapidjson::Value const& value)
         return items;
     }
     case rapidjson::kStringType:
-        return std::string(value.GetString(), value.GetStringLength());
+        return localized({value.GetString(), value.GetStringLength()});
     case rapidjson::kTrueType:
     case rapidjson::kFalseType:
         return value.GetBool();

@@ -14,14 +14,20 @@ namespace cppmicroservices::core {
 
 namespace {
 
-template <class T>
-T const* valueIn(AnyMap const& properties, std::string const& key)
+template <class T, class Map>
+T const* valueIn(Map const& properties, std::string const& key)
 {
     auto const found = properties.find(key);
     return found != properties.cend() ? any_cast<T>(&found->second) : nullptr;
 }
 
 using Validation = std::function<bool(Bundle const&)>;
+
+std::string currentFolder()
+{
+    std::error_code failed;
+    return std::filesystem::current_path(failed).string();
+}
 
 /// Random, in the usual form.
 std::string newUuid()
@@ -43,12 +49,6 @@ std::string newUuid()
     return text;
 }
 
-std::string currentFolder()
-{
-    std::error_code failed;
-    return std::filesystem::current_path(failed).string();
-}
-
 } // namespace
 
 AnyMap completeConfiguration(std::unordered_map<std::string, Any> const& given)
@@ -60,8 +60,10 @@ AnyMap completeConfiguration(std::unordered_map<std::string, Any> const& given)
     properties.emplace(Constants::FRAMEWORK_WORKING_DIR, currentFolder());
     properties.emplace(Constants::FRAMEWORK_STORAGE, std::string("fwdir"));
     properties.emplace(Constants::FRAMEWORK_LOG, false);
-    properties.emplace(Constants::LIBRARY_LOAD_OPTIONS, static_cast<int>(RTLD_NOW));
-    return withNewUuid(std::move(properties));
+    // Who does not care finds the documented default; see loadOptionsIn().
+    properties.emplace(Constants::LIBRARY_LOAD_OPTIONS, static_cast<int>(RTLD_LAZY));
+    properties.erase(Constants::FRAMEWORK_UUID); // each run gets one, and never a given one
+    return properties;
 }
 
 AnyMap withNewUuid(AnyMap properties)
@@ -70,9 +72,9 @@ AnyMap withNewUuid(AnyMap properties)
     return properties;
 }
 
-int loadOptionsIn(AnyMap const& properties)
+int loadOptionsIn(std::unordered_map<std::string, Any> const& given)
 {
-    auto const* const options = valueIn<int>(properties, Constants::LIBRARY_LOAD_OPTIONS);
+    auto const* const options = valueIn<int>(given, Constants::LIBRARY_LOAD_OPTIONS);
     return options != nullptr ? *options : RTLD_NOW;
 }
 

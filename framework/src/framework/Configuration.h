@@ -10,17 +10,18 @@
 
 namespace cppmicroservices::core {
 
-/// The given properties, with the defaults for those that are missing and the framework's own facts in any case.
+/// The given properties, with the defaults for those that are missing and the framework's own facts in any case; but
+/// for the uuid.
 AnyMap completeConfiguration(std::unordered_map<std::string, Any> const& given);
 
-/// The same with another value for the uuid: each run of a framework has its own.
+/// The same with a new uuid: each run of a framework has its own.
 AnyMap withNewUuid(AnyMap properties);
 
 // What the framework itself reads of them.
 
 /// Flags for dlopen; RTLD_NOW unless an int is given, so that an undefined symbol is an exception at the start of the
 /// bundle instead of the end of the process at some later call.
-int loadOptionsIn(AnyMap const& properties);
+int loadOptionsIn(std::unordered_map<std::string, Any> const& given);
 bool loadOptionsAreUsable(AnyMap const& properties);
 
 /// @throws BadAnyCastException when it is no bool

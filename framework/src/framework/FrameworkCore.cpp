@@ -10,22 +10,35 @@
 
 #include "cppmicroservices/Constants.h"
 
+#include <exception>
 #include <stdexcept>
 #include <utility>
 
 namespace cppmicroservices::core {
 
-std::shared_ptr<FrameworkHold> FrameworkCore::make(AnyMap properties, std::ostream* logger)
+namespace {
+
+std::atomic<unsigned long> frameworksMade{0};
+
+} // namespace
+
+std::shared_ptr<FrameworkHold> FrameworkCore::make(Given const& configuration, std::ostream* logger)
 {
-    auto const core = std::make_shared<FrameworkCore>(std::move(properties), logger);
+    auto const core = std::make_shared<FrameworkCore>(configuration, logger);
     auto hold = std::make_shared<FrameworkHold>(core);
     core->m_hold = hold;
     core->m_systemBundle = core->makeRecord(systemBundleIdentity());
     return hold;
 }
 
-FrameworkCore::FrameworkCore(AnyMap properties, std::ostream* logger)
-    : m_loadOptions(loadOptionsIn(properties)),
+FrameworkCore::FrameworkCore(Given const& configuration, std::ostream* logger)
+    : FrameworkCore(completeConfiguration(configuration), loadOptionsIn(configuration), logger)
+{
+}
+
+FrameworkCore::FrameworkCore(AnyMap properties, int loadOptions, std::ostream* logger)
+    : m_number(++frameworksMade),
+      m_loadOptions(loadOptions),
       m_validation(validationIn(properties)),
       m_events(std::make_shared<Events>(logsIn(properties) ? logger : nullptr)),
       m_properties(std::make_shared<AnyMap const>(std::move(properties))),
@@ -59,6 +72,7 @@ std::shared_ptr<ServiceRegistry> FrameworkCore::services() const
 
 std::shared_ptr<BundleRecord> FrameworkCore::makeRecord(BundleIdentity identity)
 {
+    identity.framework = m_number;
     return std::make_shared<BundleRecord>(std::move(identity), weak_from_this(), m_hold);
 }
 
@@ -102,6 +116,8 @@ void FrameworkCore::init()
     auto const former = properties();
     checkValidation(*former);
     auto propertiesOfRun = std::make_shared<AnyMap const>(withNewUuid(*former));
+    BundleRegistry::Records program;
+    std::exception_ptr failure;
     {
         Lock lock(m_mutex);
         waitForStopUnderWay(lock);
@@ -114,8 +130,19 @@ void FrameworkCore::init()
         m_systemBundle->setContext(BundleContextPrivate::make(m_systemBundle, m_services));
         m_mayStartBundles = true;
         m_systemBundle->setState(Bundle::STATE_STARTING);
+        try {
+            program = m_bundles.addProgram(*this);
+        } catch (...) {
+            failure = std::current_exception(); // the framework is up all the same, as after any failed installation
+        }
     }
     m_events->note("bundle STARTING " + m_systemBundle->text()); // no event: listeners come only with the context
+    for (auto const& bundle : program) {
+        m_events->publish(BundleEvent::BUNDLE_INSTALLED, bundle);
+    }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
 }
 
 void FrameworkCore::start()

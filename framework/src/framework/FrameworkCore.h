@@ -13,7 +13,9 @@
 #include <memory>
 #include <mutex>
 #include <ostream>
+#include <string>
 #include <thread>
+#include <unordered_map>
 
 namespace cppmicroservices::core {
 
@@ -28,12 +30,13 @@ struct BundleIdentity;
 /// Handles own it through a FrameworkHold; records and contexts refer to it weakly.
 class FrameworkCore : public std::enable_shared_from_this<FrameworkCore> {
 public:
+    using Given = std::unordered_map<std::string, Any>;
     using Validation = std::function<bool(Bundle const&)>;
 
     /// Makes a framework in the state INSTALLED, and the hold by which it lives.
-    static std::shared_ptr<FrameworkHold> make(AnyMap properties, std::ostream* logger);
+    static std::shared_ptr<FrameworkHold> make(Given const& configuration, std::ostream* logger);
 
-    FrameworkCore(AnyMap properties, std::ostream* logger);
+    FrameworkCore(Given const& configuration, std::ostream* logger);
     FrameworkCore(FrameworkCore const&) = delete;
     FrameworkCore& operator=(FrameworkCore const&) = delete;
     ~FrameworkCore();
@@ -65,6 +68,8 @@ public:
     void stopQuietly() noexcept;
 
 private:
+    FrameworkCore(AnyMap properties, int loadOptions, std::ostream* logger);
+
     using Lock = std::unique_lock<std::mutex>;
 
     /// Does the stop; m_stopping is true.
@@ -74,6 +79,7 @@ private:
     void waitForStopUnderWay(Lock& lock);
     static void joinFinished(Lock& lock, std::thread& thread);
 
+    unsigned long const m_number; // counts the frameworks of the process
     int m_loadOptions;
     Validation m_validation;
     std::shared_ptr<Events> const m_events;

@@ -1,6 +1,5 @@
 #include "cppmicroservices/FrameworkFactory.h"
 
-#include "framework/Configuration.h"
 #include "framework/FrameworkCore.h"
 #include "framework/HandleAccess.h"
 
@@ -10,7 +9,7 @@ namespace cppmicroservices {
 
 Framework FrameworkFactory::NewFramework(FrameworkConfiguration const& configuration, std::ostream* logger)
 {
-    auto hold = core::FrameworkCore::make(core::completeConfiguration(configuration), logger);
+    auto hold = core::FrameworkCore::make(configuration, logger);
     auto record = hold->core()->systemBundle();
     return core::HandleAccess::framework(std::move(record), std::move(hold));
 }

@@ -8,7 +8,19 @@ SharedLibrary::SharedLibrary(std::string const& path, int options)
 {
     // A name without a slash would be searched for in the system's folders instead of being opened as it is.
     bool const bare = path.find('/') == std::string::npos;
-    m_handle = dlopen((bare ? "./" + path : path).c_str(), options);
+    keep(dlopen((bare ? "./" + path : path).c_str(), options));
+}
+
+SharedLibrary SharedLibrary::ofProgram(int options)
+{
+    SharedLibrary program;
+    program.keep(dlopen(nullptr, options));
+    return program;
+}
+
+void SharedLibrary::keep(void* handle)
+{
+    m_handle = handle;
     if (m_handle == nullptr) {
         char const* const reason = dlerror();
         throw LoadError(reason != nullptr ? reason : "unknown error of the dynamic loader");

@@ -22,12 +22,19 @@ public:
     /// @throws LoadError
     SharedLibrary(std::string const& path, int options);
 
+    /// The program itself, and what it is linked with; its symbols are found when it was linked to export them.
+    ///
+    /// @throws LoadError
+    static SharedLibrary ofProgram(int options);
+
     bool isLoaded() const { return m_handle != nullptr; }
 
     /// The address of a symbol; null when there is none of that name.
     void* symbol(std::string const& name) const;
 
 private:
+    void keep(void* handle);
+
     void* m_handle = nullptr;
 };
 

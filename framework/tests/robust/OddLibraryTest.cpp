@@ -23,15 +23,15 @@ protected:
         return result;
     }
 
-    /// Installs the library under another name than its own manifest gives.
+    /// Installs the library under another name than its own manifest gives, instead of any that it had.
     Bundle installAs(std::string const& name, bool activator = true)
     {
+        for (auto& former : host.context().GetBundles(location)) {
+            former.Uninstall();
+        }
         AnyMap manifests(any_map::UNORDERED_MAP_CASEINSENSITIVE_KEYS);
         manifests[name] = manifest(name, activator);
-        auto const bundles = host.context().InstallBundles(location, manifests);
-        auto const found = std::find_if(bundles.begin(), bundles.end(),
-                                        [&name](Bundle const& each) { return each.GetSymbolicName() == name; });
-        return found != bundles.end() ? *found : Bundle();
+        return host.context().InstallBundles(location, manifests).at(0);
     }
 
     std::string startFailure(Bundle bundle) const

@@ -17,6 +17,7 @@ namespace {
 using namespace cppmicroservices;
 using ostrel::test::thrownText;
 using ::testing::ElementsAre;
+using ::testing::EndsWith;
 
 class Installing : public ostrel::test::HostFixture {
 protected:
@@ -102,6 +103,40 @@ TEST_F(Installing, takesManifestsFromTheCaller)
     EXPECT_EQ("0.0.0", bundles[0].GetVersion().ToString());
     bundles[0].Start();
     EXPECT_EQ(Bundle::STATE_ACTIVE, bundles[0].GetState());
+}
+
+TEST_F(Installing, addsNoFurtherNamesToALocation)
+{
+    auto const text = host.locationOf(host.write("text", "no bundle\n"));
+    auto const named = [](std::vector<std::string> const& all) {
+        AnyMap manifests;
+        for (auto const& name : all) {
+            manifests[name] = AnyMap({{"bundle.symbolic_name", name}});
+        }
+        return manifests;
+    };
+    auto bundles = host.context().InstallBundles(text, named({"p", "q"}));
+    ASSERT_THAT(names(bundles), ElementsAre("p", "q"));
+    EXPECT_EQ(bundles, host.context().InstallBundles(text, named({"r"})));
+    EXPECT_EQ(bundles, host.context().InstallBundles(text, named({"p", "q", "r"})));
+    EXPECT_EQ(bundles, host.context().InstallBundles(text));
+
+    bundles[0].Uninstall(); // now p is missing, whatever is asked for; if it is not given, it must be in the file
+    EXPECT_THAT(failure(text, named({"q", "r"})), EndsWith("Could not init zip archive for bundle at " + text));
+    EXPECT_THAT(names(host.context().InstallBundles(text, named({"p", "q"}))), ElementsAre("q", "p"));
+
+    for (auto& bundle : host.context().GetBundles(text)) {
+        bundle.Uninstall();
+    }
+    EXPECT_THAT(names(host.context().InstallBundles(text, named({"r"}))), ElementsAre("r"));
+}
+
+TEST_F(Installing, addsNoGivenNamesToAFileThatIsInstalled)
+{
+    auto const location = host.locationOf(host.add("two_bundles"));
+    auto const bundles = host.context().InstallBundles(location);
+    AnyMap const manifests({{"given", AnyMap({{"bundle.symbolic_name", std::string("given")}})}});
+    EXPECT_EQ(bundles, host.context().InstallBundles(location, manifests));
 }
 
 TEST_F(Installing, checksGivenManifests)

@@ -4,14 +4,21 @@
 
 #include <cppmicroservices/Bundle.h>
 #include <cppmicroservices/BundleContext.h>
+#include <cppmicroservices/BundleEvent.h>
+#include <cppmicroservices/ServiceEvent.h>
 #include <cppmicroservices/ServiceReference.h>
 
+#include <gmock/gmock.h>
+
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
 using namespace cppmicroservices;
 using ostrel::test::OwnContext;
+using ::testing::ElementsAre;
 
 class GetBundleContextInside : public ostrel::test::HostFixture {
 protected:
@@ -43,6 +50,22 @@ TEST_F(GetBundleContextInside, isInvalidOnceTheBundleIsStopped)
     bundle.Stop();
     EXPECT_FALSE(service->now());
     EXPECT_FALSE(service->atConstruction());
+}
+
+TEST_F(GetBundleContextInside, isThereWhileTheServicesAreUnregistered)
+{
+    bundle.Start();
+    auto const service = inside();
+    ASSERT_TRUE(service);
+    std::vector<std::string> seen;
+    auto const look = [&](std::string const& when) { seen.push_back(when + (service->now() ? " valid" : " invalid")); };
+    host.context().AddServiceListener([&](ServiceEvent const&) { look("UNREGISTERING"); });
+    host.context().AddBundleListener([&](BundleEvent const& event) {
+        look(event.GetType() == BundleEvent::BUNDLE_STOPPING ? "STOPPING" : "STOPPED");
+    });
+    bundle.Stop();
+    EXPECT_THAT(seen, ElementsAre("STOPPING valid", "UNREGISTERING valid", "STOPPED invalid"));
+    host.stop(); // while the listeners may still look
 }
 
 TEST_F(GetBundleContextInside, isTheNewOneAfterARestart)

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <dlfcn.h>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -54,7 +55,7 @@ TEST(Configuration, hasDefaults)
     EXPECT_EQ("multi", property(framework, Constants::FRAMEWORK_THREADING_SUPPORT));
     EXPECT_EQ("3.8.4", property(framework, Constants::FRAMEWORK_VERSION));
     EXPECT_EQ("CppMicroServices", property(framework, Constants::FRAMEWORK_VENDOR));
-    EXPECT_EQ(typeid(int), framework.GetBundleContext().GetProperty(Constants::LIBRARY_LOAD_OPTIONS).Type());
+    EXPECT_EQ(RTLD_LAZY, any_cast<int>(framework.GetBundleContext().GetProperty(Constants::LIBRARY_LOAD_OPTIONS)));
     EXPECT_FALSE(property(framework, Constants::FRAMEWORK_WORKING_DIR).empty());
     auto other = started({});
     EXPECT_NE(property(framework, Constants::FRAMEWORK_UUID), property(other, Constants::FRAMEWORK_UUID));

@@ -1,0 +1,50 @@
+#include "bundle/Program.h"
+
+#include "bundle_file/BundleFile.h"
+#include "bundle_file/FileBytes.h"
+#include "bundle_file/ZipLocator.h"
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <system_error>
+
+namespace cppmicroservices::core {
+
+namespace {
+
+bool endsWithArchive(std::string const& path)
+{
+    ostrel::bundle_file::FileBytes const file(path);
+    std::uint64_t const length = std::min<std::uint64_t>(file.size(), ostrel::bundle_file::endRecordLimit);
+    return ostrel::bundle_file::endsLikeZip(file.read(file.size() - length, length));
+}
+
+bool holdsBundles(std::string const& path) noexcept
+{
+    try {
+        if (path.empty() || !endsWithArchive(path)) {
+            return false;
+        }
+        auto const folders = ostrel::bundle_file::read(path).folders;
+        return std::any_of(folders.begin(), folders.end(), [](auto const& folder) { return folder.manifest; });
+    } catch (std::exception const&) {
+        return false; // removed, or not to be read: whoever installs it by name is told
+    }
+}
+
+} // namespace
+
+std::string programFile()
+{
+    std::error_code failed;
+    return std::filesystem::read_symlink("/proc/self/exe", failed).string();
+}
+
+bool programHoldsBundles()
+{
+    static bool const holds = holdsBundles(programFile());
+    return holds;
+}
+
+} // namespace cppmicroservices::core

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+namespace cppmicroservices::core {
+
+/// The file of the program that this process runs; "" when it cannot be told. It is a bundle file like others when an
+/// archive was appended to it, only that its code is loaded already.
+std::string programFile();
+
+/// Whether the program's file ends with an archive in which at least one bundle has a manifest.
+///
+/// @cost the file is looked at once in a process; of one without an archive the end is read
+bool programHoldsBundles();
+
+} // namespace cppmicroservices::core
