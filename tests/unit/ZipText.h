@@ -1,9 +1,7 @@
 #pragma once
 
-#include <zip.h>
+#include "support/MemoryZip.h"
 
-#include <cstddef>
-#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,35 +14,18 @@ using ZipEntries = std::vector<std::pair<std::string, std::string>>;
 /// A name that ends in "/" is a folder entry.
 inline std::string zipText(const ZipEntries& entries, const std::string& comment = {})
 {
-    zip_error_t error;
-    zip_error_init(&error);
-    zip_source_t* target = zip_source_buffer_create(nullptr, 0, 0, &error);
-    zip_t* archive = zip_open_from_source(target, ZIP_CREATE | ZIP_TRUNCATE, &error);
-    if (archive == nullptr) {
-        throw std::runtime_error{zip_error_strerror(&error)};
-    }
-    zip_source_keep(target);
-    for (const auto& [name, content] : entries) {
-        if (name.back() == '/') {
-            zip_dir_add(archive, name.c_str(), 0);
-            continue;
+    return zipInMemory([&entries, &comment](zip_t* archive) {
+        for (const auto& [name, content] : entries) {
+            if (name.back() == '/') {
+                zip_dir_add(archive, name.c_str(), 0);
+                continue;
+            }
+            const auto index =
+                zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
+            zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_STORE, 0);
         }
-        const auto index =
-            zip_file_add(archive, name.c_str(), zip_source_buffer(archive, content.data(), content.size(), 0), 0);
-        zip_set_file_compression(archive, static_cast<zip_uint64_t>(index), ZIP_CM_STORE, 0);
-    }
-    zip_set_archive_comment(archive, comment.data(), static_cast<zip_uint16_t>(comment.size()));
-    if (zip_close(archive) != 0) {
-        throw std::runtime_error{zip_strerror(archive)};
-    }
-    zip_stat_t status;
-    zip_source_stat(target, &status);
-    std::string bytes(status.size, '\0');
-    zip_source_open(target);
-    zip_source_read(target, bytes.data(), bytes.size());
-    zip_source_close(target);
-    zip_source_free(target);
-    return bytes;
+        zip_set_archive_comment(archive, comment.data(), static_cast<zip_uint16_t>(comment.size()));
+    });
 }
 
 /// The manifest of a bundle.

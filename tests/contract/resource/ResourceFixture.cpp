@@ -1,6 +1,6 @@
 #include "contract/resource/ResourceFixture.h"
 
-#include <zip.h>
+#include "support/MemoryZip.h"
 
 #include <ctime>
 #include <stdexcept>
@@ -32,28 +32,11 @@ void add(zip_t* archive, const PackedEntry& entry)
 
 std::string archiveOf(const std::vector<PackedEntry>& entries)
 {
-    zip_error_t error;
-    zip_error_init(&error);
-    zip_source_t* const target = zip_source_buffer_create(nullptr, 0, 0, &error);
-    zip_t* const archive = zip_open_from_source(target, ZIP_CREATE | ZIP_TRUNCATE, &error);
-    if (archive == nullptr) {
-        throw std::runtime_error{zip_error_strerror(&error)};
-    }
-    zip_source_keep(target);
-    for (const auto& entry : entries) {
-        add(archive, entry);
-    }
-    if (zip_close(archive) != 0) {
-        throw std::runtime_error{zip_strerror(archive)};
-    }
-    zip_stat_t status;
-    zip_source_stat(target, &status);
-    std::string bytes(status.size, '\0');
-    zip_source_open(target);
-    zip_source_read(target, bytes.data(), bytes.size());
-    zip_source_close(target);
-    zip_source_free(target);
-    return bytes;
+    return zipInMemory([&entries](zip_t* archive) {
+        for (const auto& entry : entries) {
+            add(archive, entry);
+        }
+    });
 }
 
 std::time_t packedTime()
