@@ -9,61 +9,48 @@ namespace cppmicroservices::core {
 
 namespace {
 
-void add(AnyMap& properties, std::string const& key, Any const& value)
-{
-    if (!properties.insert({key, value}).second) {
-        throw std::runtime_error("Properties contain case variants of the key: " + key);
-    }
-}
+using ldap::PropertyTable;
 
-/// The ranking as it is given; null when there is none.
-Any const* rankingIn(AnyMap const& properties)
+std::shared_ptr<PropertyTable const> tableOf(ServiceProperties&& properties)
 {
-    auto const found = properties.find(Constants::SERVICE_RANKING);
-    return found != properties.cend() ? &found->second : nullptr;
+    auto table = std::make_shared<PropertyTable const>(std::move(properties));
+    if (auto const* const name = table->variant()) {
+        throw std::runtime_error("Properties contain case variants of the key: " + *name);
+    }
+    return table;
 }
 
 } // namespace
 
+// The order in which properties are added counts: references tell the names in that of the resulting hash map.
+
 RegisteredProperties propertiesAtRegistration(ServiceProperties const& given, long id,
                                               std::vector<std::string> const& objectClass, std::string const& scope)
 {
-    RegisteredProperties result{AnyMap(any_map::UNORDERED_MAP_CASEINSENSITIVE_KEYS), id, 0};
-    for (auto const& [key, value] : given) {
-        add(result.all, key, value);
-    }
-    if (auto const own = given.find(Constants::SERVICE_ID); own != given.end()) {
-        result.shownId = any_cast<long>(own->second);
-    } else {
-        add(result.all, Constants::SERVICE_ID, id);
-    }
-    if (auto const own = given.find(Constants::OBJECTCLASS); own != given.end()) {
+    auto properties = given;
+    if (auto const [own, isNew] = properties.emplace(Constants::OBJECTCLASS, objectClass); !isNew) {
         any_cast<std::vector<std::string>>(own->second); // throws for another type
-    } else {
-        add(result.all, Constants::OBJECTCLASS, objectClass);
     }
-    if (given.count(Constants::SERVICE_SCOPE) == 0) {
-        add(result.all, Constants::SERVICE_SCOPE, scope);
-    }
-    auto const* const ranking = any_cast<int>(rankingIn(result.all));
+    auto const shownId = properties.emplace(Constants::SERVICE_ID, id).first;
+    RegisteredProperties result;
+    result.shownId = any_cast<long>(shownId->second);
+    properties.emplace(Constants::SERVICE_SCOPE, scope);
+    result.all = tableOf(std::move(properties));
+    auto const* const ranking = any_cast<int>(result.all->find(Constants::SERVICE_RANKING));
     result.ranking = ranking != nullptr ? *ranking : 0;
     return result;
 }
 
-RegisteredProperties propertiesReplaced(ServiceProperties const& given, AnyMap const& old)
+RegisteredProperties propertiesReplaced(ServiceProperties const& given, ServiceProperties const& old)
 {
-    RegisteredProperties result{AnyMap(any_map::UNORDERED_MAP_CASEINSENSITIVE_KEYS), 0, 0};
-    for (auto const* key : {&Constants::SERVICE_ID, &Constants::OBJECTCLASS, &Constants::SERVICE_SCOPE}) {
-        result.all.insert({*key, old.find(*key)->second});
+    auto properties = given;
+    for (auto const* key : {&Constants::SERVICE_ID, &Constants::SERVICE_SCOPE, &Constants::OBJECTCLASS}) {
+        properties[*key] = old.at(*key);
     }
-    for (auto const& [key, value] : given) {
-        if (key == Constants::SERVICE_ID || key == Constants::OBJECTCLASS || key == Constants::SERVICE_SCOPE) {
-            continue;
-        }
-        add(result.all, key, value);
-    }
-    result.shownId = any_cast<long>(old.find(Constants::SERVICE_ID)->second);
-    if (auto const* const ranking = rankingIn(result.all)) {
+    RegisteredProperties result;
+    result.shownId = any_cast<long>(old.at(Constants::SERVICE_ID));
+    result.all = tableOf(std::move(properties));
+    if (auto const* const ranking = result.all->find(Constants::SERVICE_RANKING)) {
         try {
             result.ranking = any_cast<int>(*ranking);
         } catch (BadAnyCastException const& e) {

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "cppmicroservices/AnyMap.h"
+#include "ldap/PropertyTable.h"
+
 #include "cppmicroservices/ServiceProperties.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -10,7 +12,7 @@ namespace cppmicroservices::core {
 
 /// The properties of a service as registered, with those that every service has.
 struct RegisteredProperties {
-    AnyMap all;
+    std::shared_ptr<ldap::PropertyTable const> all;
     long shownId = 0;
     int ranking = 0;
 };
@@ -27,6 +29,6 @@ RegisteredProperties propertiesAtRegistration(ServiceProperties const& given, lo
 ///
 /// @throws std::runtime_error when two names differ by case only
 /// @throws std::invalid_argument for a ranking that is no int
-RegisteredProperties propertiesReplaced(ServiceProperties const& given, AnyMap const& old);
+RegisteredProperties propertiesReplaced(ServiceProperties const& given, ServiceProperties const& old);
 
 } // namespace cppmicroservices::core

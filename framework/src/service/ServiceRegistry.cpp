@@ -78,13 +78,12 @@ std::shared_ptr<ServiceRecord> ServiceRegistry::add(BundleContextPrivate const& 
     auto const factory = factoryIn(*object);
     auto const names = namesIn(*object);
     long const id = nextServiceId();
-    auto described = propertiesAtRegistration(properties, id, names, scopeOf(factory));
+    auto const described = propertiesAtRegistration(properties, id, names, scopeOf(factory));
 
     auto record = std::make_shared<ServiceRecord>(shared_from_this(), owner, id, names);
     record->m_object = object;
     record->m_factory = factory;
-    ServiceRecord::Properties const all = std::make_shared<ldap::PropertyTable const>(std::move(described.all));
-    record->m_properties = all;
+    record->m_properties = described.all;
     record->m_ranking = described.ranking;
     record->m_shownId = described.shownId;
     {
@@ -95,7 +94,7 @@ std::shared_ptr<ServiceRecord> ServiceRegistry::add(BundleContextPrivate const& 
         }
         m_index.add(record, rankOf(*record), outdated);
     }
-    m_events->publish(ServiceEvent::SERVICE_REGISTERED, record, all);
+    m_events->publish(ServiceEvent::SERVICE_REGISTERED, record, described.all);
     return record;
 }
 
@@ -107,8 +106,8 @@ void ServiceRegistry::changeProperties(std::shared_ptr<ServiceRecord> const& rec
     for (;;) {
         requireRegistered(*record);
         old = this->properties(*record);
-        auto replaced = propertiesReplaced(properties, old->map());
-        all = std::make_shared<ldap::PropertyTable const>(std::move(replaced.all));
+        auto const replaced = propertiesReplaced(properties, old->map());
+        all = replaced.all;
 
         ServiceIndex::Outdated outdated;
         std::lock_guard<std::mutex> const lock(m_mutex);

@@ -1,16 +1,20 @@
 #include "contract/StartedFramework.h"
+#include "contract/ThrownText.h"
 #include "contract/service/TestServices.h"
 
 #include <gmock/gmock.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace {
 
 using namespace cppmicroservices;
 using contract::Both;
 using contract::Plain;
+using ostrel::test::thrownText;
 using ::testing::ElementsAre;
 
 /// How a filter, and a reference, find the property that is meant.
@@ -82,6 +86,61 @@ TEST_F(NamingProperties, findsNamesOfAnyLength)
     EXPECT_EQ(1, any_cast<int>(reference.GetProperty(name)));
     EXPECT_EQ(2, any_cast<int>(reference.GetProperty(std::string(44, 'N'))));
     EXPECT_TRUE(finds("(&(" + name + "=1)(" + std::string(44, 'N') + "=2))"));
+}
+
+std::vector<std::string> namesIn(ServiceProperties const& properties)
+{
+    std::vector<std::string> names;
+    for (auto const& property : properties) {
+        names.push_back(property.first);
+    }
+    return names;
+}
+
+TEST_F(NamingProperties, tellsThemInTheOrderOfTheMapThatWasGiven)
+{
+    for (int const count : {0, 1, 2, 9, 10, 30, 100}) {
+        ServiceProperties properties;
+        for (int i = 0; i < count; ++i) {
+            properties["name" + std::to_string(i * i)] = i;
+        }
+        auto registration = context.RegisterService<Plain>(std::make_shared<Both>(), properties);
+        auto const reference = registration.GetReference();
+        auto registered = properties;
+        for (auto const* const own : {"objectclass", "service.id", "service.scope"}) {
+            registered[own] = 0;
+        }
+        EXPECT_EQ(namesIn(registered), reference.GetPropertyKeys());
+        registration.SetProperties(properties);
+        auto changed = properties;
+        for (auto const* const own : {"service.id", "service.scope", "objectclass"}) {
+            changed[own] = 0;
+        }
+        EXPECT_EQ(namesIn(changed), reference.GetPropertyKeys());
+    }
+}
+
+TEST_F(NamingProperties, namesTheFirstOfThoseThatDifferByCaseAlone)
+{
+    for (int const more : {0, 50}) {
+        ServiceProperties properties{{"one", 1}, {"two", 2}, {"TWO", 3}, {"ONE", 4}};
+        for (int i = 0; i < more; ++i) {
+            properties["name" + std::to_string(i)] = i;
+        }
+        auto registered = properties;
+        for (auto const* const own : {"objectclass", "service.id", "service.scope"}) {
+            registered[own] = 0;
+        }
+        std::string first;
+        for (auto const& name : namesIn(registered)) {
+            if (name.size() == 3) {
+                first = name;
+                break;
+            }
+        }
+        EXPECT_EQ("Properties contain case variants of the key: " + first,
+                  thrownText<std::runtime_error>([&] { add(properties); }));
+    }
 }
 
 TEST_F(NamingProperties, findsTheNewOnesAfterAChange)
