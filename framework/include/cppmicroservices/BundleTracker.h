@@ -4,6 +4,7 @@
 #include "cppmicroservices/BundleContext.h"
 #include "cppmicroservices/BundleEvent.h"
 #include "cppmicroservices/BundleTrackerCustomizer.h"
+#include "cppmicroservices/Constants.h" // sources written for this header count on it
 #include "cppmicroservices/detail/BundleTracking.h"
 
 #include <cstddef>

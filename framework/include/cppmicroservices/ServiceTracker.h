@@ -1,14 +1,18 @@
 #pragma once
 
+#include "cppmicroservices/Bundle.h"
 #include "cppmicroservices/BundleContext.h"
+#include "cppmicroservices/Constants.h"
 #include "cppmicroservices/LDAPFilter.h"
 #include "cppmicroservices/ServiceEvent.h"
 #include "cppmicroservices/ServiceReference.h"
 #include "cppmicroservices/ServiceTrackerCustomizer.h"
 #include "cppmicroservices/detail/ServiceTracking.h"
 
+// Sources written for this header count on some that it does not need itself.
 #include <chrono>
-#include <map> // sources written for this header count on it
+#include <iostream>
+#include <map>
 #include <memory>
 #include <string>
 #include <unordered_map>

@@ -116,14 +116,17 @@ TEST_F(DefinedTracking, refusesADefaultConstructedReference)
                 StartsWith("ServiceTracker: the service reference is default constructed"));
 }
 
-TEST_F(DefinedTracking, takesABackslashInAClassNameLiterally)
+TEST_F(DefinedTracking, takesAnyClassNameLiterally)
 {
-    auto const interfaces = std::make_shared<InterfaceMap>();
-    interfaces->emplace("a\\", std::make_shared<Numbered>());
-    ServiceTracker<void> tracker(context, "a\\");
-    tracker.Open();
-    auto const one = context.RegisterService(InterfaceMapConstPtr(interfaces));
-    EXPECT_EQ(1, tracker.Size());
+    for (std::string const name : {"a\\", "a)(b=*"}) {
+        auto const interfaces = std::make_shared<InterfaceMap>();
+        interfaces->emplace(name, std::make_shared<Numbered>());
+        ServiceTracker<void> tracker(context, name);
+        tracker.Open();
+        auto one = context.RegisterService(InterfaceMapConstPtr(interfaces));
+        EXPECT_EQ(1, tracker.Size()) << name;
+        one.Unregister();
+    }
 }
 
 TEST_F(DefinedTracking, keepsTheOrderOfAdding)

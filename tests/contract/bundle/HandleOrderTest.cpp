@@ -51,35 +51,4 @@ TEST_F(HandleOrder, ofNoBundleIsBehindAll)
     EXPECT_EQ(2, numbers.begin()->second);
 }
 
-TEST_F(HandleOrder, ofContextsIsAnyButThatOfAnInvalidOne)
-{
-    auto const other = second.GetBundleContext();
-    EXPECT_NE(context, other);
-    EXPECT_NE(context < other, other < context);
-    EXPECT_TRUE(context < BundleContext());
-    EXPECT_FALSE(BundleContext() < context);
-    EXPECT_FALSE(BundleContext() < BundleContext());
-    EXPECT_EQ(3U, (std::set<BundleContext>{context, BundleContext(), other, context, BundleContext()}.size()));
-}
-
-TEST_F(HandleOrder, ofContextsThatBecameInvalidIsThatOfNone)
-{
-    mine[0].Start();
-    mine[1].Start();
-    auto const a = mine[0].GetBundleContext();
-    auto const b = mine[1].GetBundleContext();
-    EXPECT_NE(a, b);
-    EXPECT_NE(a, BundleContext());
-    mine[0].Stop();
-    EXPECT_EQ(a, BundleContext());
-    EXPECT_EQ(a, mine[0].GetBundleContext());
-    EXPECT_TRUE(b < a);
-    EXPECT_FALSE(a < b);
-    mine[1].Stop();
-    EXPECT_EQ(a, b);
-    mine[0].Start();
-    EXPECT_NE(a, mine[0].GetBundleContext());
-    EXPECT_FALSE(a < BundleContext());
-}
-
 } // namespace

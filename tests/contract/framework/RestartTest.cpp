@@ -38,19 +38,6 @@ TEST_F(Restart, takesAnyOptions)
     EXPECT_EQ(Bundle::STATE_RESOLVED, bundle.GetState());
 }
 
-TEST_F(Restart, makesANewUuid)
-{
-    auto const uuid = context.GetProperty(Constants::FRAMEWORK_UUID).ToString();
-    EXPECT_EQ(uuid, context.GetProperties().at(Constants::FRAMEWORK_UUID).ToString());
-    stopAndWait(framework);
-    framework.Init();
-    auto now = framework.GetBundleContext();
-    auto const another = now.GetProperty(Constants::FRAMEWORK_UUID).ToString();
-    EXPECT_NE(uuid, another);
-    framework.Start();
-    EXPECT_EQ(another, now.GetProperty(Constants::FRAMEWORK_UUID).ToString());
-}
-
 TEST_F(Restart, goesThroughInit)
 {
     for (int cycle = 0; cycle < 3; ++cycle) {
