@@ -22,6 +22,15 @@ set(CppMicroServices_LIBRARIES CppMicroServices)
 set(US_LIBRARIES CppMicroServices)
 get_target_property(US_RUNTIME_LIBRARY_DIRS ostrel::framework LOCATION)
 get_filename_component(US_RUNTIME_LIBRARY_DIRS "${US_RUNTIME_LIBRARY_DIRS}" DIRECTORY)
+set(CppMicroServices_RUNTIME_LIBRARY_DIRS "${US_RUNTIME_LIBRARY_DIRS}")
+set(US_Framework_FOUND TRUE)
+set(US_ENABLE_THREADING_SUPPORT ON)
+
+# Projects use Threads::Threads and CMAKE_THREAD_LIBS_INIT without finding them themselves.
+if(NOT CMAKE_THREAD_LIBS_INIT)
+  set(THREADS_PREFER_PTHREAD_FLAG 1)
+  find_package(Threads REQUIRED)
+endif()
 
 # The embedded framework is one library; the original's further components are not there.
 foreach(_ostrel_component IN LISTS CppMicroServices_FIND_COMPONENTS)
