@@ -49,7 +49,7 @@ public:
     /// that events made in other threads, unless called from such a call.
     void Close() noexcept { m_tracking->close(); }
 
-    /// The tracked bundles, in the order in which they were added.
+    /// The tracked bundles, from the last added to the first.
     std::vector<Bundle> GetBundles() const noexcept
     {
         std::vector<Bundle> bundles;

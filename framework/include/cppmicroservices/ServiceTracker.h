@@ -81,7 +81,7 @@ public:
     template <class Rep, class Period>
     std::shared_ptr<TrackedParamType> WaitForService(std::chrono::duration<Rep, Period> const& rel_time);
 
-    /// In the order in which the services were added.
+    /// From the last added to the first.
     virtual std::vector<ServiceReference<S>> GetServiceReferences() const;
 
     /// The best one of GetServiceReferences(): by ranking, then by age.

@@ -299,7 +299,7 @@ std::vector<typename TrackedItems<Item, Event>::Entry> TrackedItems<Item, Event>
             numbered.emplace_back(tracked.number, Entry{item, tracked.object});
         }
     }
-    std::sort(numbered.begin(), numbered.end(), [](auto const& a, auto const& b) { return a.first < b.first; });
+    std::sort(numbered.begin(), numbered.end(), [](auto const& a, auto const& b) { return a.first > b.first; });
     std::vector<Entry> result;
     result.reserve(numbered.size());
     for (auto& entry : numbered) {

@@ -80,9 +80,9 @@ TEST_F(DefinedTracking, removesAllServicesThoughTheCustomizerThrows)
     customizer.onRemoved = [](auto const& reference) {
         throw std::runtime_error("removing " + reference.GetProperty("name").ToString());
     };
-    EXPECT_EQ("removing 1", thrownText<std::runtime_error>([&tracker] { tracker.Close(); }));
+    EXPECT_EQ("removing 2", thrownText<std::runtime_error>([&tracker] { tracker.Close(); }));
     EXPECT_EQ(0, tracker.Size());
-    EXPECT_THAT(customizer.log.take(), ElementsAre("adding 1", "adding 2", "removed 1", "removed 2"));
+    EXPECT_THAT(customizer.log.take(), ElementsAre("adding 1", "adding 2", "removed 2", "removed 1"));
 }
 
 TEST_F(DefinedTracking, removesWhatIsAddedAfterAnOpeningThatFailed)
@@ -129,7 +129,7 @@ TEST_F(DefinedTracking, takesAnyClassNameLiterally)
     }
 }
 
-TEST_F(DefinedTracking, keepsTheOrderOfAdding)
+TEST_F(DefinedTracking, beginsWithWhatWasAddedLast)
 {
     auto const one = add(1);
     auto const two = add(2, ranking(5));
@@ -137,10 +137,10 @@ TEST_F(DefinedTracking, keepsTheOrderOfAdding)
     tracker.Open();
     auto const three = add(3, ranking(7));
     EXPECT_THAT(tracker.GetServiceReferences(),
-                ElementsAre(two.GetReference(), one.GetReference(), three.GetReference()));
+                ElementsAre(three.GetReference(), one.GetReference(), two.GetReference()));
     tracker.Close();
     EXPECT_THAT(customizer.log.take(),
-                ElementsAre("adding 2", "adding 1", "adding 3", "removed 2", "removed 1", "removed 3"));
+                ElementsAre("adding 2", "adding 1", "adding 3", "removed 3", "removed 1", "removed 2"));
 }
 
 struct ThrowingAtRemoval : BundleTrackerCustomizer<> {

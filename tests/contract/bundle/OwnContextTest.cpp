@@ -1,5 +1,6 @@
 #include "bundles/shared/OwnContext.h"
 
+#include "contract/StartedFramework.h"
 #include "support/Host.h"
 
 #include <cppmicroservices/Bundle.h>
@@ -79,6 +80,32 @@ TEST_F(GetBundleContextInside, isTheNewOneAfterARestart)
     ASSERT_TRUE(service->now());
     EXPECT_EQ(bundle.GetBundleContext(), service->now());
     EXPECT_NE(first, service->now());
+}
+
+TEST_F(GetBundleContextInside, isOneForAllFrameworks)
+{
+    bundle.Start();
+    auto const service = inside();
+    auto framework = FrameworkFactory().NewFramework();
+    framework.Start();
+    auto context = framework.GetBundleContext();
+    auto other = context.InstallBundles(bundle.GetLocation()).at(0);
+    other.Start();
+    auto const others = context.GetService(context.GetServiceReference<OwnContext>());
+    EXPECT_EQ(other.GetBundleContext(), others->now());
+    EXPECT_EQ(other.GetBundleContext(), service->now()); // that of the last start
+    EXPECT_EQ(bundle.GetBundleContext(), service->atConstruction());
+    bundle.Stop();
+    EXPECT_FALSE(others->now());
+    EXPECT_TRUE(other.GetBundleContext());
+    bundle.Start();
+    EXPECT_EQ(bundle.GetBundleContext(), others->now());
+    ostrel::test::stopAndWait(framework);
+    EXPECT_FALSE(service->now());
+    EXPECT_TRUE(bundle.GetBundleContext());
+    bundle.Stop();
+    bundle.Start();
+    EXPECT_EQ(bundle.GetBundleContext(), service->now());
 }
 
 } // namespace

@@ -113,6 +113,16 @@ TEST_F(ServiceTracking, prefersTheBestServiceAtTheTime)
     EXPECT_THROW(tracker.GetServiceReference(), ServiceException);
 }
 
+TEST_F(ServiceTracking, listsTheLastAddedFirst)
+{
+    Tracker tracker(context);
+    tracker.Open();
+    auto const one = add(1, ranking(7));
+    auto const two = add(2);
+    EXPECT_THAT(numbers(tracker), ElementsAre(2, 1));
+    EXPECT_THAT(tracker.GetServiceReferences(), ElementsAre(two.GetReference(), one.GetReference()));
+}
+
 TEST_F(ServiceTracking, listsWhatItTracks)
 {
     auto const one = add(1);

@@ -95,7 +95,7 @@ public:
     /// Null when the item is not tracked.
     Object find(Item const& item) const;
 
-    /// In the order of adding.
+    /// From the last added to the first.
     std::vector<Entry> entries() const;
 
     /// The object of the item that was best at the time, unless something was added, changed or removed since.
