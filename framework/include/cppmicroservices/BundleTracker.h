@@ -8,6 +8,7 @@
 #include "cppmicroservices/detail/BundleTracking.h"
 
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <type_traits>

@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
+#include <utility>
 
 namespace cppmicroservices {
 
@@ -39,6 +41,13 @@ public:
     using ServiceReferenceBase::operator=;
     using ServiceReferenceBase::operator==;
     using ServiceReferenceBase::Hash;
+
+private:
+    friend class core::HandleAccess;
+
+    explicit ServiceReference(std::shared_ptr<core::ReferenceData const> data) : ServiceReferenceBase(std::move(data))
+    {
+    }
 };
 
 using ServiceReferenceU = ServiceReference<void>;

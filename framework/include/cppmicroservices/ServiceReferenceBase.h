@@ -25,12 +25,11 @@ struct ReferenceData;
 /// A handle on a registered service, which says what it is without using it. ServiceReference<S> is the typed form.
 ///
 /// A reference outlives its service, and also its framework: it is then false and answers the last known properties.
+/// One that is moved from stays what it was: moving is copying.
 class US_Framework_EXPORT ServiceReferenceBase {
 public:
     ServiceReferenceBase(ServiceReferenceBase const& other);
-    ServiceReferenceBase(ServiceReferenceBase&& other) noexcept;
     ServiceReferenceBase& operator=(ServiceReferenceBase const& other);
-    ServiceReferenceBase& operator=(ServiceReferenceBase&& other) noexcept;
     ServiceReferenceBase& operator=(std::nullptr_t);
     ~ServiceReferenceBase();
 

@@ -12,6 +12,7 @@
 // Sources written for this header count on some that it does not need itself.
 #include <chrono>
 #include <iostream>
+#include <limits>
 #include <map>
 #include <memory>
 #include <string>

@@ -44,7 +44,7 @@ public:
 
     static ServiceReferenceU reference(std::shared_ptr<ReferenceData const> data)
     {
-        return ServiceReferenceU(ServiceReferenceBase(std::move(data)));
+        return ServiceReferenceU(std::move(data));
     }
 
     static std::shared_ptr<ReferenceData const> const& data(ServiceReferenceBase const& reference)

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <thread>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -68,7 +69,8 @@ private:
     std::vector<std::string> const m_classes;
 
     State m_state = State::registered;
-    InterfaceMapConstPtr m_object; // null once unregistered
+    std::thread::id m_unregisteringBy; // while that is its state
+    InterfaceMapConstPtr m_object;     // null once unregistered
     std::shared_ptr<ServiceFactory> m_factory;
     Properties m_properties; // never null, replaced as a whole
     int m_ranking = 0;

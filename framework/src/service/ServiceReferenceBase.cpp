@@ -31,9 +31,7 @@ ServiceReferenceBase::ServiceReferenceBase() = default;
 ServiceReferenceBase::ServiceReferenceBase(std::shared_ptr<core::ReferenceData const> data) : m_data(std::move(data)) {}
 
 ServiceReferenceBase::ServiceReferenceBase(ServiceReferenceBase const& other) = default;
-ServiceReferenceBase::ServiceReferenceBase(ServiceReferenceBase&& other) noexcept = default;
 ServiceReferenceBase& ServiceReferenceBase::operator=(ServiceReferenceBase const& other) = default;
-ServiceReferenceBase& ServiceReferenceBase::operator=(ServiceReferenceBase&& other) noexcept = default;
 ServiceReferenceBase::~ServiceReferenceBase() = default;
 
 ServiceReferenceBase& ServiceReferenceBase::operator=(std::nullptr_t)

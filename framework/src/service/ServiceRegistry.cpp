@@ -130,10 +130,15 @@ void ServiceRegistry::remove(std::shared_ptr<ServiceRecord> const& record)
     {
         ServiceIndex::Outdated outdated;
         std::lock_guard<std::mutex> const lock(m_mutex);
+        bool const isUnderWay = record->m_state == ServiceRecord::State::unregistering;
+        if (isUnderWay && record->m_unregisteringBy == std::this_thread::get_id()) {
+            return; // a listener is told of it, and asks for it once more
+        }
         if (record->m_state != ServiceRecord::State::registered) {
             throw std::logic_error("Service is unregistered");
         }
         record->m_state = ServiceRecord::State::unregistering;
+        record->m_unregisteringBy = std::this_thread::get_id();
         m_index.remove(*record, rankOf(*record), outdated);
     }
     m_events->publish(ServiceEvent::SERVICE_UNREGISTERING, record, this->properties(*record));

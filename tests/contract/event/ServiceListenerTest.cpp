@@ -157,6 +157,25 @@ TEST_F(ServiceListeners, mayUnregisterTheServiceTheyAreToldOf)
     stopAndWait(framework);
 }
 
+TEST_F(ServiceListeners, mayUnregisterAServiceThatGoes)
+{
+    ServiceRegistration<Plain> registration = context.RegisterService<Plain>(object);
+    std::string events;
+    context.AddServiceListener([&](ServiceEvent const& event) {
+        events += textOf(event.GetType()) + ' ';
+        if (event.GetType() == ServiceEvent::SERVICE_UNREGISTERING) {
+            EXPECT_NO_THROW(registration.Unregister());
+            EXPECT_TRUE(event.GetServiceReference());
+            EXPECT_TRUE(context.GetService(event.GetServiceReference<Plain>()));
+            EXPECT_NO_THROW(registration.SetProperties({{"a", 1}}));
+        }
+    });
+    registration.Unregister();
+    EXPECT_EQ("UNREGISTERING MODIFIED ", events);
+    EXPECT_THROW(registration.Unregister(), std::logic_error);
+    stopAndWait(framework);
+}
+
 TEST_F(ServiceListeners, goWhenTheirBundleStops)
 {
     auto bundle = installByManifest(context, {"plain"}).at(0);
