@@ -7,11 +7,15 @@
 
 namespace {
 
+// Without recursion, so that a deeply nested text cannot exhaust the stack. Comments are let through.
+constexpr unsigned strict =
+    rapidjson::kParseCommentsFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
+// For a text that is written anew.
+constexpr unsigned lenient = strict | rapidjson::kParseTrailingCommasFlag;
+
+template <unsigned flags>
 rapidjson::Document parse(const std::string& text, const std::string& source)
 {
-    // Without recursion, so that a deeply nested text cannot exhaust the stack.
-    constexpr unsigned flags =
-        rapidjson::kParseCommentsFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
     rapidjson::Document document;
     document.Parse<flags>(text.data(), text.size());
     if (document.HasParseError()) {
@@ -36,12 +40,12 @@ std::string written(const rapidjson::Value& value)
 
 void ManifestText::check(const std::string& text, const std::string& source)
 {
-    parse(text, source);
+    parse<strict>(text, source);
 }
 
 void ManifestText::add(const std::string& text, const std::string& source)
 {
-    const rapidjson::Document document = parse(text, source);
+    const rapidjson::Document document = parse<lenient>(text, source);
     for (const auto& member : document.GetObject()) {
         const std::string key = written(member.name);
         if (!m_keys.insert(key).second) {

@@ -33,6 +33,17 @@ TEST_F(DefinedRestart, keepsTheBundlesOfTwoRunsApart)
     EXPECT_EQ(Bundle::STATE_INSTALLED, now.GetState());
 }
 
+TEST_F(DefinedRestart, startsBundlesAfterInitAsInTheFirstRun)
+{
+    stopAndWait(framework);
+    framework.Init();
+    auto bundle = installByManifest(framework.GetBundleContext(), {"b"}).at(0);
+    bundle.Start();
+    EXPECT_EQ(Bundle::STATE_ACTIVE, bundle.GetState());
+    framework.Start();
+    EXPECT_EQ(Bundle::STATE_ACTIVE, bundle.GetState());
+}
+
 TEST(DefinedConfiguration, isRefusedAsOftenAsItIsTried)
 {
     auto framework =

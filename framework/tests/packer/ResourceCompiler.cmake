@@ -1,7 +1,7 @@
 # cmake -DCASE=<name> -DCOMPILER=<program> -DWORK_DIR=<dir> -P ResourceCompiler.cmake
 file(REMOVE_RECURSE "${WORK_DIR}")
 file(MAKE_DIRECTORY "${WORK_DIR}/texts")
-file(WRITE "${WORK_DIR}/manifest.json" "{\"bundle.symbolic_name\" : \"alpha\", // of the bundle\n\"list\" : [1, 2.5]}\n")
+file(WRITE "${WORK_DIR}/manifest.json" "{\"bundle.symbolic_name\" : \"alpha\", // of the bundle\n\"list\" : [1, 2.5,],}\n")
 file(WRITE "${WORK_DIR}/more.json" "{\"more\" : true}")
 file(WRITE "${WORK_DIR}/again.json" "{\"more\" : false}")
 file(WRITE "${WORK_DIR}/broken.json" "{\"more\" : ")
