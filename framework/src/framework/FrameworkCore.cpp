@@ -44,6 +44,7 @@ FrameworkCore::FrameworkCore(AnyMap properties, int loadOptions, std::ostream* l
       m_properties(std::make_shared<AnyMap const>(std::move(properties))),
       m_services(std::make_shared<ServiceRegistry>(m_events))
 {
+    m_events->note("framework made");
     if (!loadOptionsAreUsable(*m_properties)) {
         m_events->note("The property " + Constants::LIBRARY_LOAD_OPTIONS + " is no int; " +
                        std::to_string(m_loadOptions) + " is used instead.");

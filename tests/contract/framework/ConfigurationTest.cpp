@@ -106,6 +106,13 @@ TEST(Configuration, decidesWhetherDiagnosticsAreWritten)
     EXPECT_EQ("", logged(false));
 }
 
+TEST(Configuration, mayWriteDiagnosticsFromTheBeginning)
+{
+    std::ostringstream log;
+    FrameworkFactory().NewFramework(FrameworkConfiguration{{Constants::FRAMEWORK_LOG, true}}, &log);
+    EXPECT_NE("", log.str());
+}
+
 void expectRefused(std::string const& key, Any const& value)
 {
     FrameworkConfiguration const configuration{{key, value}};
