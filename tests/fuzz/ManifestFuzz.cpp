@@ -110,7 +110,7 @@ bool alike(const Any& left, const Any& right)
 std::optional<AnyMap> read(const std::string& text)
 {
     try {
-        return core::parseManifest(text, "N", "/l");
+        return detail::core::parseManifest(text, "N", "/l");
     } catch (const std::runtime_error& e) {
         require(std::string_view{e.what()}.rfind("Parsing of manifest.json for bundle N at /l failed: ", 0) == 0,
                 "an error says what failed, and where");
@@ -121,7 +121,7 @@ std::optional<AnyMap> read(const std::string& text)
 std::optional<std::string> versionOf(const AnyMap& manifest)
 {
     try {
-        return core::checkManifest(manifest, "N", "/l").ToString();
+        return detail::core::checkManifest(manifest, "N", "/l").ToString();
     } catch (const std::runtime_error&) {
         return std::nullopt;
     }
@@ -143,7 +143,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     if (const auto version = versionOf(*manifest)) {
         require(check.version == *version, "the check finds the version that the framework finds");
     }
-    core::asksForActivator(*manifest);
+    detail::core::asksForActivator(*manifest);
     Any(*manifest).ToString();
     return 0;
 }

@@ -14,7 +14,7 @@
 
 namespace cppmicroservices {
 
-namespace ldap {
+namespace detail::ldap {
 class MapAccess;
 }
 
@@ -196,7 +196,7 @@ protected:
     map_type kind() const { return static_cast<map_type>(m_map.index()); }
 
 private:
-    friend class ldap::MapAccess;
+    friend class detail::ldap::MapAccess;
     // In the order of map_type.
     using storage = std::variant<ordered_any_map, unordered_any_map, unordered_any_cimap>;
 

@@ -23,11 +23,11 @@ template <class S>
 class ServiceReference;
 using ServiceReferenceU = ServiceReference<void>;
 
-namespace core {
+namespace detail::core {
 class BundleRecord;
 class FrameworkHold;
 class HandleAccess;
-} // namespace core
+} // namespace detail::core
 
 /// A handle on an installed bundle. Copies name the same bundle; a handle keeps its framework alive.
 ///
@@ -178,13 +178,13 @@ public:
     void Uninstall();
 
 protected:
-    Bundle(std::shared_ptr<core::BundleRecord> record, std::shared_ptr<core::FrameworkHold> hold);
+    Bundle(std::shared_ptr<detail::core::BundleRecord> record, std::shared_ptr<detail::core::FrameworkHold> hold);
 
 private:
-    friend class core::HandleAccess;
+    friend class detail::core::HandleAccess;
 
-    std::shared_ptr<core::BundleRecord> m_record;
-    std::shared_ptr<core::FrameworkHold> m_hold;
+    std::shared_ptr<detail::core::BundleRecord> m_record;
+    std::shared_ptr<detail::core::FrameworkHold> m_hold;
 };
 
 /// Writes "Bundle[id=…, loc=…, name=…, state=…]".

@@ -22,9 +22,9 @@ class ServiceFactory;
 template <class S>
 class ServiceObjects;
 
-namespace core {
+namespace detail::core {
 class HandleAccess;
-} // namespace core
+} // namespace detail::core
 
 /// What a bundle does with the framework while it runs.
 ///
@@ -233,7 +233,7 @@ public:
                    AnyMap const& bundleManifest = AnyMap(any_map::UNORDERED_MAP_CASEINSENSITIVE_KEYS));
 
 private:
-    friend class core::HandleAccess;
+    friend class detail::core::HandleAccess;
 
     explicit BundleContext(std::shared_ptr<BundleContextPrivate> ctx);
 

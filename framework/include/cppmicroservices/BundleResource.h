@@ -13,10 +13,10 @@
 
 namespace cppmicroservices {
 
-namespace core {
+namespace detail::core {
 class ResourceAccess;
 struct ResourceData;
-} // namespace core
+} // namespace detail::core
 
 /// A file or folder in the archive of a bundle; see Bundle::GetResource() and Bundle::FindResources().
 ///
@@ -83,13 +83,13 @@ public:
     std::uint32_t GetCrc32() const;
 
 private:
-    friend class core::ResourceAccess;
+    friend class detail::core::ResourceAccess;
     friend struct ::std::hash<BundleResource>;
 
-    explicit BundleResource(std::shared_ptr<core::ResourceData const> data);
+    explicit BundleResource(std::shared_ptr<detail::core::ResourceData const> data);
     std::size_t Hash() const;
 
-    std::shared_ptr<core::ResourceData const> m_data;
+    std::shared_ptr<detail::core::ResourceData const> m_data;
 };
 
 /// Writes GetResourcePath().

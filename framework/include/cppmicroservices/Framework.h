@@ -44,9 +44,9 @@ public:
     FrameworkEvent WaitForStop(std::chrono::milliseconds const& timeout);
 
 private:
-    friend class core::HandleAccess;
+    friend class detail::core::HandleAccess;
 
-    Framework(std::shared_ptr<core::BundleRecord> record, std::shared_ptr<core::FrameworkHold> hold);
+    Framework(std::shared_ptr<detail::core::BundleRecord> record, std::shared_ptr<detail::core::FrameworkHold> hold);
 };
 
 } // namespace cppmicroservices

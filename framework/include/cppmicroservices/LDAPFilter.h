@@ -12,7 +12,7 @@ class Bundle;
 class LDAPFilterData;
 class ServiceReferenceBase;
 
-namespace ldap {
+namespace detail::ldap {
 class FilterAccess;
 }
 
@@ -61,7 +61,7 @@ protected:
     std::shared_ptr<LDAPFilterData> d;
 
 private:
-    friend class ldap::FilterAccess;
+    friend class detail::ldap::FilterAccess;
 };
 
 US_Framework_EXPORT std::ostream& operator<<(std::ostream& os, LDAPFilter const& filter);

@@ -6,9 +6,9 @@
 
 namespace cppmicroservices {
 
-namespace core {
+namespace detail::core {
 class HandleAccess;
-} // namespace core
+} // namespace detail::core
 
 using ListenerTokenId = std::uint64_t;
 
@@ -27,7 +27,7 @@ public:
     explicit operator bool() const;
 
 private:
-    friend class core::HandleAccess;
+    friend class detail::core::HandleAccess;
 
     explicit ListenerToken(ListenerTokenId id);
 

@@ -43,9 +43,10 @@ public:
     using ServiceReferenceBase::Hash;
 
 private:
-    friend class core::HandleAccess;
+    friend class detail::core::HandleAccess;
 
-    explicit ServiceReference(std::shared_ptr<core::ReferenceData const> data) : ServiceReferenceBase(std::move(data))
+    explicit ServiceReference(std::shared_ptr<detail::core::ReferenceData const> data)
+        : ServiceReferenceBase(std::move(data))
     {
     }
 };

@@ -17,10 +17,10 @@ class Bundle;
 class BundleContext;
 class ServiceRegistrationBase;
 
-namespace core {
+namespace detail::core {
 class HandleAccess;
 struct ReferenceData;
-} // namespace core
+} // namespace detail::core
 
 /// A handle on a registered service, which says what it is without using it. ServiceReference<S> is the typed form.
 ///
@@ -70,20 +70,20 @@ public:
     bool operator==(ServiceReferenceBase const& reference) const;
 
 private:
-    friend class core::HandleAccess;
+    friend class detail::core::HandleAccess;
     friend class ServiceRegistrationBase;
     template <class S>
     friend class ServiceReference;
     friend struct ::std::hash<ServiceReferenceBase>;
 
     ServiceReferenceBase();
-    explicit ServiceReferenceBase(std::shared_ptr<core::ReferenceData const> data);
+    explicit ServiceReferenceBase(std::shared_ptr<detail::core::ReferenceData const> data);
 
     /// Makes the reference one for that interface, or clears it when the service does not have it.
     void narrowTo(std::string const& interfaceId);
     std::size_t Hash() const;
 
-    std::shared_ptr<core::ReferenceData const> m_data;
+    std::shared_ptr<detail::core::ReferenceData const> m_data;
 };
 
 /// Writes the registering bundle and all properties, or "Invalid service reference".

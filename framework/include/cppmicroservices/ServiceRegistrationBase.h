@@ -13,10 +13,10 @@ namespace cppmicroservices {
 
 class BundleContext;
 
-namespace core {
+namespace detail::core {
 class HandleAccess;
 class ServiceRecord;
-} // namespace core
+} // namespace detail::core
 
 /// The registering bundle's handle on its service. Destroying it does not unregister the service.
 ///
@@ -54,16 +54,16 @@ public:
     bool operator==(ServiceRegistrationBase const& other) const;
 
 private:
-    friend class core::HandleAccess;
+    friend class detail::core::HandleAccess;
     template <class I1, class... Interfaces>
     friend class ServiceRegistration;
     friend struct ::std::hash<ServiceRegistrationBase>;
 
     ServiceRegistrationBase();
-    explicit ServiceRegistrationBase(std::shared_ptr<core::ServiceRecord> record);
+    explicit ServiceRegistrationBase(std::shared_ptr<detail::core::ServiceRecord> record);
     std::size_t Hash() const;
 
-    std::shared_ptr<core::ServiceRecord> m_record;
+    std::shared_ptr<detail::core::ServiceRecord> m_record;
 };
 
 US_Framework_EXPORT std::ostream& operator<<(std::ostream& os, ServiceRegistrationBase const& reg);

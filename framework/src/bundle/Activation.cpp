@@ -14,7 +14,7 @@
 #include <system_error>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 void Activation::load(BundleRecord const& bundle, int options, std::shared_ptr<BundleRecord> const& origin)
 {
@@ -113,4 +113,4 @@ void Activation::destroyPutAside()
     }
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -11,7 +11,7 @@ namespace cppmicroservices {
 class BundleContextPrivate;
 struct BundleActivator;
 
-namespace core {
+namespace detail::core {
 
 class BundleRecord;
 
@@ -57,6 +57,6 @@ private:
     BundleActivator* m_putAside = nullptr;
 };
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

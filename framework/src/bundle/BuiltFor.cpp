@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 LibraryFile inspectLibrary(std::string const& location)
 {
@@ -31,4 +31,4 @@ void refuseForeignLibrary(std::string const& location, std::vector<std::string> 
     }
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

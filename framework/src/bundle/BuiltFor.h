@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// What is looked at before a library is loaded; nothing when it cannot be read or is no library.
 struct LibraryFile {
@@ -19,4 +19,4 @@ LibraryFile inspectLibrary(std::string const& location);
 /// @throws std::runtime_error that names the file and the framework that it was built for, when that is not this one
 void refuseForeignLibrary(std::string const& location, std::vector<std::string> const& needed);
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -19,10 +19,10 @@ namespace cppmicroservices {
 
 namespace {
 
-using core::HandleAccess;
+using detail::core::HandleAccess;
 
 /// @throws std::runtime_error when the framework is gone
-std::shared_ptr<core::FrameworkCore> coreOf(core::BundleRecord const& record)
+std::shared_ptr<detail::core::FrameworkCore> coreOf(detail::core::BundleRecord const& record)
 {
     auto found = record.core();
     if (!found) {
@@ -31,7 +31,7 @@ std::shared_ptr<core::FrameworkCore> coreOf(core::BundleRecord const& record)
     return found;
 }
 
-std::vector<ServiceReferenceU> toHandles(core::ServiceRegistry::References const& references)
+std::vector<ServiceReferenceU> toHandles(detail::core::ServiceRegistry::References const& references)
 {
     std::vector<ServiceReferenceU> handles;
     handles.reserve(references.size());
@@ -41,7 +41,7 @@ std::vector<ServiceReferenceU> toHandles(core::ServiceRegistry::References const
     return handles;
 }
 
-void requireInstalled(core::BundleRecord const& record)
+void requireInstalled(detail::core::BundleRecord const& record)
 {
     if (record.state() == Bundle::STATE_UNINSTALLED) {
         throw std::logic_error(record.text() + " is in UNINSTALLED state");
@@ -49,7 +49,7 @@ void requireInstalled(core::BundleRecord const& record)
 }
 
 /// The services of the bundle's framework, or null when that is gone; throws for an uninstalled bundle.
-std::shared_ptr<core::ServiceRegistry> servicesOf(core::BundleRecord const& record)
+std::shared_ptr<detail::core::ServiceRegistry> servicesOf(detail::core::BundleRecord const& record)
 {
     requireInstalled(record);
     auto const core = record.core();
@@ -60,7 +60,7 @@ std::shared_ptr<core::ServiceRegistry> servicesOf(core::BundleRecord const& reco
 
 Bundle::Bundle() = default;
 
-Bundle::Bundle(std::shared_ptr<core::BundleRecord> record, std::shared_ptr<core::FrameworkHold> hold)
+Bundle::Bundle(std::shared_ptr<detail::core::BundleRecord> record, std::shared_ptr<detail::core::FrameworkHold> hold)
     : m_record(std::move(record)), m_hold(std::move(hold))
 {
 }
@@ -155,7 +155,7 @@ BundleResource Bundle::GetResource(std::string const& path) const
 {
     auto const& record = *HandleAccess::requireRecord(*this);
     requireInstalled(record);
-    return record.resources() ? core::getResource(*record.resources(), record.name(), path) : BundleResource();
+    return record.resources() ? detail::core::getResource(*record.resources(), record.name(), path) : BundleResource();
 }
 
 std::vector<BundleResource> Bundle::FindResources(std::string const& path, std::string const& filePattern,
@@ -163,8 +163,9 @@ std::vector<BundleResource> Bundle::FindResources(std::string const& path, std::
 {
     auto const& record = *HandleAccess::requireRecord(*this);
     requireInstalled(record);
-    return record.resources() ? core::findResources(*record.resources(), record.name(), path, filePattern, recurse)
-                              : std::vector<BundleResource>();
+    return record.resources()
+               ? detail::core::findResources(*record.resources(), record.name(), path, filePattern, recurse)
+               : std::vector<BundleResource>();
 }
 
 Bundle::TimeStamp Bundle::GetLastModified() const
@@ -181,7 +182,7 @@ void Bundle::Start()
     if (record->isSystemBundle()) {
         core->start();
     } else {
-        core::startBundle(*core, record);
+        detail::core::startBundle(*core, record);
     }
 }
 
@@ -201,7 +202,7 @@ void Bundle::Stop()
     if (record->isSystemBundle()) {
         core->stop();
     } else {
-        core::stopBundle(*core, record);
+        detail::core::stopBundle(*core, record);
     }
 }
 
@@ -218,7 +219,7 @@ void Bundle::Uninstall()
         throw std::runtime_error("Cannot uninstall a system bundle.");
     }
     if (auto const core = record->core()) {
-        core::uninstallBundle(*core, record);
+        detail::core::uninstallBundle(*core, record);
     }
 }
 

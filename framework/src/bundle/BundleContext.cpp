@@ -15,10 +15,10 @@ namespace cppmicroservices {
 
 namespace {
 
-using core::access;
-using core::HandleAccess;
+using detail::core::access;
+using detail::core::HandleAccess;
 
-std::vector<Bundle> toHandles(core::BundleRegistry::Records records)
+std::vector<Bundle> toHandles(detail::core::BundleRegistry::Records records)
 {
     std::vector<Bundle> handles;
     handles.reserve(records.size());
@@ -29,8 +29,8 @@ std::vector<Bundle> toHandles(core::BundleRegistry::Records records)
 }
 
 /// What a wrong reference is told comes before what a wrong context is told.
-core::ServiceRegistry::Reference const& requireService(ServiceReferenceBase const& reference,
-                                                       BundleContext const& context)
+detail::core::ServiceRegistry::Reference const& requireService(ServiceReferenceBase const& reference,
+                                                               BundleContext const& context)
 {
     auto const& data = HandleAccess::data(reference);
     if (!data || (!context && !reference)) {
@@ -158,11 +158,11 @@ std::string BundleContext::GetDataFile(std::string const& filename) const
     if (own.bundle->isSystemBundle()) {
         return {};
     }
-    auto const folder = core::dataFolder(*own.core->properties(), own.bundle->id());
+    auto const folder = detail::core::dataFolder(*own.core->properties(), own.bundle->id());
     if (folder.empty()) {
         return {};
     }
-    core::makeDataFolder(folder);
+    detail::core::makeDataFolder(folder);
     return folder + filename;
 }
 

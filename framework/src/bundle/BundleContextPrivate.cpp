@@ -24,8 +24,9 @@ Addresses& addresses()
 
 } // namespace
 
-std::shared_ptr<BundleContextPrivate> BundleContextPrivate::make(std::shared_ptr<core::BundleRecord> const& bundle,
-                                                                 std::shared_ptr<core::ServiceRegistry> services)
+std::shared_ptr<BundleContextPrivate>
+BundleContextPrivate::make(std::shared_ptr<detail::core::BundleRecord> const& bundle,
+                           std::shared_ptr<detail::core::ServiceRegistry> services)
 {
     auto context = std::make_shared<BundleContextPrivate>(bundle, bundle->core(), std::move(services));
     Addresses& all = addresses();
@@ -34,9 +35,9 @@ std::shared_ptr<BundleContextPrivate> BundleContextPrivate::make(std::shared_ptr
     return context;
 }
 
-BundleContextPrivate::BundleContextPrivate(std::weak_ptr<core::BundleRecord> bundle,
-                                           std::weak_ptr<core::FrameworkCore> core,
-                                           std::shared_ptr<core::ServiceRegistry> services)
+BundleContextPrivate::BundleContextPrivate(std::weak_ptr<detail::core::BundleRecord> bundle,
+                                           std::weak_ptr<detail::core::FrameworkCore> core,
+                                           std::shared_ptr<detail::core::ServiceRegistry> services)
     : m_bundle(std::move(bundle)), m_core(std::move(core)), m_services(std::move(services))
 {
 }

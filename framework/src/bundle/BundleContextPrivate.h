@@ -5,23 +5,24 @@
 
 namespace cppmicroservices {
 
-namespace core {
+namespace detail::core {
 
 class BundleRecord;
 class FrameworkCore;
 class ServiceRegistry;
 
-} // namespace core
+} // namespace detail::core
 
 /// One run of a bundle, behind its BundleContext handles; also what the slot in the bundle's library points to, hence
 /// the name without a namespace of its own.
 class BundleContextPrivate : public std::enable_shared_from_this<BundleContextPrivate> {
 public:
-    static std::shared_ptr<BundleContextPrivate> make(std::shared_ptr<core::BundleRecord> const& bundle,
-                                                      std::shared_ptr<core::ServiceRegistry> services);
+    static std::shared_ptr<BundleContextPrivate> make(std::shared_ptr<detail::core::BundleRecord> const& bundle,
+                                                      std::shared_ptr<detail::core::ServiceRegistry> services);
 
-    BundleContextPrivate(std::weak_ptr<core::BundleRecord> bundle, std::weak_ptr<core::FrameworkCore> core,
-                         std::shared_ptr<core::ServiceRegistry> services);
+    BundleContextPrivate(std::weak_ptr<detail::core::BundleRecord> bundle,
+                         std::weak_ptr<detail::core::FrameworkCore> core,
+                         std::shared_ptr<detail::core::ServiceRegistry> services);
     BundleContextPrivate(BundleContextPrivate const&) = delete;
     BundleContextPrivate& operator=(BundleContextPrivate const&) = delete;
     ~BundleContextPrivate();
@@ -31,9 +32,9 @@ public:
     static std::shared_ptr<BundleContextPrivate> at(BundleContextPrivate* address);
 
     /// Null when the framework is gone.
-    std::shared_ptr<core::BundleRecord> bundle() const { return m_bundle.lock(); }
-    std::shared_ptr<core::FrameworkCore> core() const { return m_core.lock(); }
-    std::shared_ptr<core::ServiceRegistry> const& services() const { return m_services; }
+    std::shared_ptr<detail::core::BundleRecord> bundle() const { return m_bundle.lock(); }
+    std::shared_ptr<detail::core::FrameworkCore> core() const { return m_core.lock(); }
+    std::shared_ptr<detail::core::ServiceRegistry> const& services() const { return m_services; }
 
     bool isValid() const { return m_valid.load() && !m_bundle.expired() && !m_core.expired(); }
     void invalidate() { m_valid.store(false); }
@@ -48,9 +49,9 @@ public:
     void refuseListeners() { m_mayListen.store(false); }
 
 private:
-    std::weak_ptr<core::BundleRecord> const m_bundle;
-    std::weak_ptr<core::FrameworkCore> const m_core;
-    std::shared_ptr<core::ServiceRegistry> const m_services;
+    std::weak_ptr<detail::core::BundleRecord> const m_bundle;
+    std::weak_ptr<detail::core::FrameworkCore> const m_core;
+    std::shared_ptr<detail::core::ServiceRegistry> const m_services;
     std::atomic<bool> m_valid{true};
     std::atomic<bool> m_mayRegister{true};
     std::atomic<bool> m_mayUse{true};

@@ -20,7 +20,7 @@
 #include <system_error>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// A bundle that may be installed: its name, and its manifest in one of two forms.
 struct BundleRegistry::Candidate {
@@ -193,4 +193,4 @@ BundleRegistry::Records BundleRegistry::install(FrameworkCore& core, std::string
     return result;
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -16,7 +16,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -242,4 +242,4 @@ void retireBundle(FrameworkCore& core, Record const& bundle) noexcept
     }
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

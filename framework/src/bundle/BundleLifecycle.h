@@ -2,7 +2,7 @@
 
 #include <memory>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 class BundleRecord;
 class FrameworkCore;
@@ -19,4 +19,4 @@ void uninstallBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& b
 /// failing stop is reported as an event.
 void retireBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& bundle) noexcept;
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

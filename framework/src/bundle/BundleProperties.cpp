@@ -13,7 +13,7 @@ namespace cppmicroservices {
 
 namespace {
 
-using core::HandleAccess;
+using detail::core::HandleAccess;
 using Properties = std::map<std::string, Any>;
 
 Properties toProperties(AnyMap const& map);
@@ -35,7 +35,7 @@ Properties toProperties(AnyMap const& map)
 }
 
 /// The manifest, which the framework's own bundle has none of for this purpose.
-Properties propertiesOf(core::BundleRecord const& record)
+Properties propertiesOf(detail::core::BundleRecord const& record)
 {
     return record.isSystemBundle() ? Properties() : toProperties(record.headers());
 }

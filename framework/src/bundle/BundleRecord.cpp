@@ -6,7 +6,7 @@
 #include <tuple>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 BundleRecord::BundleRecord(BundleIdentity identity, std::weak_ptr<FrameworkCore> core,
                            std::weak_ptr<FrameworkHold> hold)
@@ -42,4 +42,4 @@ void BundleRecord::setContext(std::shared_ptr<BundleContextPrivate> context)
     m_context.swap(context); // the former one goes with the parameter, after the lock
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

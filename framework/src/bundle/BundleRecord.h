@@ -14,7 +14,7 @@ namespace cppmicroservices {
 
 class BundleContextPrivate;
 
-namespace core {
+namespace detail::core {
 
 class FrameworkCore;
 class FrameworkHold;
@@ -86,6 +86,6 @@ private:
     std::shared_ptr<BundleContextPrivate> m_context;
 };
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 void BundleRegistry::open(Record const& systemBundle)
 {
@@ -106,4 +106,4 @@ void BundleRegistry::requireNew(BundleRecord const& bundle) const
     }
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -11,7 +11,7 @@ namespace cppmicroservices {
 
 class AnyMap;
 
-namespace core {
+namespace detail::core {
 
 class BundleRecord;
 class FrameworkCore;
@@ -74,6 +74,6 @@ private:
         m_names; // the bundles that the file at a location has: all that may be installed while one of them is
 };
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

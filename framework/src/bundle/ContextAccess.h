@@ -7,7 +7,7 @@
 #include <memory>
 #include <stdexcept>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// What a valid context stands for, kept alive for the duration of a call.
 struct ContextAccess {
@@ -30,4 +30,4 @@ inline ContextAccess access(std::shared_ptr<BundleContextPrivate> const& context
     throw std::runtime_error("The bundle context is no longer valid");
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -7,7 +7,7 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -52,4 +52,4 @@ void removeDataFolder(std::string const& folder) noexcept
     std::filesystem::remove_all(folder, ignored);
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// The folder for the data of the bundle with that id, with a slash behind; "" when the framework has no storage.
 ///
@@ -19,4 +19,4 @@ void makeDataFolder(std::string const& folder);
 /// Removes the folder and all that is in it; without effect where that is not possible.
 void removeDataFolder(std::string const& folder) noexcept;
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

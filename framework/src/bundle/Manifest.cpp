@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -172,4 +172,4 @@ bool asksForActivator(AnyMap const& manifest)
     return asked != nullptr && *asked;
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -5,7 +5,7 @@
 
 #include <string>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// Objects and arrays may lie this deep in one another; reading and destroying them is recursive.
 constexpr int manifestDepthLimit = 200;
@@ -26,4 +26,4 @@ BundleVersion checkManifest(AnyMap const& manifest, std::string const& bundle, s
 /// True when the manifest says that the bundle has an activator.
 bool asksForActivator(AnyMap const& manifest);
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

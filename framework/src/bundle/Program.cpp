@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <system_error>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -47,4 +47,4 @@ bool programHoldsBundles()
     return holds;
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// The file of the program that this process runs; "" when it cannot be told. It is a bundle file like others when an
 /// archive was appended to it, only that its code is loaded already.
@@ -13,4 +13,4 @@ std::string programFile();
 /// @cost the file is looked at once in a process; of one without an archive the end is read
 bool programHoldsBundles();
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -10,10 +10,10 @@ namespace cppmicroservices {
 
 namespace {
 
-using core::access;
-using core::HandleAccess;
+using detail::core::access;
+using detail::core::HandleAccess;
 
-core::ListenerRegistry& listenersOf(core::ContextAccess const& own)
+detail::core::ListenerRegistry& listenersOf(detail::core::ContextAccess const& own)
 {
     return own.core->events().listeners();
 }

@@ -10,7 +10,7 @@
 #include <ostream>
 #include <sstream>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -26,9 +26,9 @@ std::string reason()
     }
 }
 
-bool matches(FilteredListener const& listener, ldap::PropertyTable const& properties)
+bool matches(FilteredListener const& listener, detail::ldap::PropertyTable const& properties)
 {
-    return !listener.filter || ldap::FilterAccess::matches(listener.filter, properties);
+    return !listener.filter || detail::ldap::FilterAccess::matches(listener.filter, properties);
 }
 
 ServiceEvent eventOf(ServiceEvent::Type type, std::shared_ptr<ServiceRecord> const& service)
@@ -78,7 +78,7 @@ void Events::note(ServiceEvent::Type type, ServiceRecord const& service)
     }
 }
 
-ServiceListenerCandidates Events::candidates(ldap::PropertyTable const& properties)
+ServiceListenerCandidates Events::candidates(detail::ldap::PropertyTable const& properties)
 {
     static std::vector<std::string> const none;
     auto const* const shownId = any_cast<long>(properties.find(Constants::SERVICE_ID));
@@ -187,4 +187,4 @@ void Events::note(std::string const& text) noexcept
     }
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

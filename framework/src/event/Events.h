@@ -14,11 +14,11 @@
 
 namespace cppmicroservices {
 
-namespace ldap {
+namespace detail::ldap {
 class PropertyTable;
 }
 
-namespace core {
+namespace detail::core {
 
 class BundleRecord;
 class ServiceRecord;
@@ -31,7 +31,7 @@ class ServiceRecord;
 /// so that no circle arises.
 class Events {
 public:
-    using Properties = std::shared_ptr<ldap::PropertyTable const>;
+    using Properties = std::shared_ptr<detail::ldap::PropertyTable const>;
 
     /// @param log null: nothing is written
     explicit Events(std::ostream* log) : m_log(log) {}
@@ -57,7 +57,7 @@ public:
 private:
     template <class Wanted>
     void deliver(ServiceEvent const& event, ServiceListenerCandidates const& candidates, Wanted&& wanted);
-    ServiceListenerCandidates candidates(ldap::PropertyTable const& properties);
+    ServiceListenerCandidates candidates(detail::ldap::PropertyTable const& properties);
     void note(ServiceEvent::Type type, ServiceRecord const& service);
 
     std::ostream* const m_log;
@@ -65,6 +65,6 @@ private:
     ListenerRegistry m_listeners;
 };
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

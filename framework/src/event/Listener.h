@@ -17,7 +17,7 @@ class BundleEvent;
 class FrameworkEvent;
 class ServiceEvent;
 
-namespace core {
+namespace detail::core {
 
 class BundleRecord;
 
@@ -86,6 +86,6 @@ private:
     Snapshot m_snapshot;
 };
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <typeinfo>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -210,4 +210,4 @@ ServiceListenerCandidates ListenerRegistry::serviceListeners(long shownId, std::
     return m_service.candidates(shownId, classes);
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -16,7 +16,7 @@ namespace cppmicroservices {
 
 class BundleContextPrivate;
 
-namespace core {
+namespace detail::core {
 
 /// The listeners of one framework. All functions may be called from any thread; no foreign code runs under the lock,
 /// destructors of listeners included.
@@ -81,6 +81,6 @@ private:
     FrameworkListeners m_framework;
 };
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

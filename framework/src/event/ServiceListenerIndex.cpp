@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
 /// The one class that the filter demands, or null.
-std::string const* onlyClass(ldap::Requirements const& required)
+std::string const* onlyClass(detail::ldap::Requirements const& required)
 {
     return required.classes && required.classes->size() == 1 ? &required.classes->front() : nullptr;
 }
@@ -38,7 +38,7 @@ void ServiceListenerCandidates::add(List::Snapshot snapshot)
 
 void ServiceListenerIndex::add(Entry const& listener)
 {
-    auto const& required = ldap::FilterAccess::requirements(listener->filter);
+    auto const& required = detail::ldap::FilterAccess::requirements(listener->filter);
     if (required.serviceId) {
         m_byId[*required.serviceId].add(listener);
     } else if (auto const* const name = onlyClass(required)) {
@@ -50,7 +50,7 @@ void ServiceListenerIndex::add(Entry const& listener)
 
 void ServiceListenerIndex::remove(FilteredListener const& listener)
 {
-    auto const& required = ldap::FilterAccess::requirements(listener.filter);
+    auto const& required = detail::ldap::FilterAccess::requirements(listener.filter);
     if (required.serviceId) {
         removeFrom(m_byId, *required.serviceId, listener.id);
     } else if (auto const* const name = onlyClass(required)) {
@@ -78,4 +78,4 @@ ServiceListenerCandidates ServiceListenerIndex::candidates(long shownId, std::ve
     return result;
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// The listeners that may want the events of one service, the last added first; no one is there twice.
 class ServiceListenerCandidates {
@@ -64,4 +64,4 @@ private:
     List m_others;
 };
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

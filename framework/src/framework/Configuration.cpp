@@ -10,7 +10,7 @@
 #include <system_error>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -116,4 +116,4 @@ BundleIdentity systemBundleIdentity()
             std::move(headers)};
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -8,7 +8,7 @@
 #include <string>
 #include <unordered_map>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// The given properties, with the defaults for those that are missing and the framework's own facts in any case; but
 /// for the uuid.
@@ -36,4 +36,4 @@ void checkValidation(AnyMap const& properties);
 /// The framework as a bundle.
 BundleIdentity systemBundleIdentity();
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

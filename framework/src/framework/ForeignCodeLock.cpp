@@ -4,7 +4,7 @@
 #include <mutex>
 #include <unordered_map>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -67,4 +67,4 @@ bool ForeignCodeLock::heldByThisThread() const
     return m_holder == std::this_thread::get_id();
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -2,7 +2,7 @@
 
 #include <thread>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// A lock that a thread holds while it runs foreign code: an activator or a service factory.
 ///
@@ -44,4 +44,4 @@ private:
     ForeignCodeLock& m_lock;
 };
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

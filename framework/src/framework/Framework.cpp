@@ -11,9 +11,9 @@ namespace cppmicroservices {
 
 namespace {
 
-std::shared_ptr<core::FrameworkCore> coreOf(Framework const& framework)
+std::shared_ptr<detail::core::FrameworkCore> coreOf(Framework const& framework)
 {
-    auto found = core::HandleAccess::requireRecord(framework)->core();
+    auto found = detail::core::HandleAccess::requireRecord(framework)->core();
     if (!found) {
         throw std::runtime_error("The framework is gone.");
     }
@@ -24,13 +24,14 @@ std::shared_ptr<core::FrameworkCore> coreOf(Framework const& framework)
 
 Framework::Framework(Bundle b) : Bundle(std::move(b))
 {
-    auto const& record = core::HandleAccess::requireRecord(*this);
+    auto const& record = detail::core::HandleAccess::requireRecord(*this);
     if (!record->isSystemBundle()) {
         throw std::logic_error(record->text() + " is no framework; its bundle number 0 is.");
     }
 }
 
-Framework::Framework(std::shared_ptr<core::BundleRecord> record, std::shared_ptr<core::FrameworkHold> hold)
+Framework::Framework(std::shared_ptr<detail::core::BundleRecord> record,
+                     std::shared_ptr<detail::core::FrameworkHold> hold)
     : Bundle(std::move(record), std::move(hold))
 {
 }
@@ -42,13 +43,13 @@ Framework& Framework::operator=(Framework&& other) noexcept = default;
 
 void Framework::Init()
 {
-    auto const hold = core::HandleAccess::hold(*this);
+    auto const hold = detail::core::HandleAccess::hold(*this);
     coreOf(*this)->init();
 }
 
 FrameworkEvent Framework::WaitForStop(std::chrono::milliseconds const& timeout)
 {
-    auto const hold = core::HandleAccess::hold(*this);
+    auto const hold = detail::core::HandleAccess::hold(*this);
     return coreOf(*this)->waitForStop(timeout);
 }
 

@@ -14,7 +14,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -281,4 +281,4 @@ FrameworkHold::~FrameworkHold()
     m_core->stopQuietly();
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

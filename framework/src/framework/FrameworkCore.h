@@ -17,7 +17,7 @@
 #include <thread>
 #include <unordered_map>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 class BundleRecord;
 class Events;
@@ -113,4 +113,4 @@ private:
     std::shared_ptr<FrameworkCore> m_core;
 };
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -9,9 +9,9 @@ namespace cppmicroservices {
 
 Framework FrameworkFactory::NewFramework(FrameworkConfiguration const& configuration, std::ostream* logger)
 {
-    auto hold = core::FrameworkCore::make(configuration, logger);
+    auto hold = detail::core::FrameworkCore::make(configuration, logger);
     auto record = hold->core()->systemBundle();
-    return core::HandleAccess::framework(std::move(record), std::move(hold));
+    return detail::core::HandleAccess::framework(std::move(record), std::move(hold));
 }
 
 Framework FrameworkFactory::NewFramework()

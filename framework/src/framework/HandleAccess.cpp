@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 Bundle HandleAccess::bundle(std::shared_ptr<BundleRecord> record)
 {
@@ -21,4 +21,4 @@ std::shared_ptr<BundleRecord> const& HandleAccess::requireRecord(Bundle const& b
     return bundle.m_record;
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -12,7 +12,7 @@ namespace cppmicroservices {
 
 class BundleContextPrivate;
 
-namespace core {
+namespace detail::core {
 
 class BundleRecord;
 class FrameworkHold;
@@ -61,6 +61,6 @@ public:
     }
 };
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

@@ -9,7 +9,7 @@
 #include <limits>
 #include <type_traits>
 
-namespace cppmicroservices::ldap {
+namespace cppmicroservices::detail::ldap {
 
 namespace {
 
@@ -256,4 +256,4 @@ bool Comparison::matchesAnyOf(const List& list) const
     return std::any_of(list.begin(), list.end(), [this](const std::string& item) { return matchesText(item); });
 }
 
-} // namespace cppmicroservices::ldap
+} // namespace cppmicroservices::detail::ldap

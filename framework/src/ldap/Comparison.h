@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace cppmicroservices::ldap {
+namespace cppmicroservices::detail::ldap {
 
 enum class Operator { equal, approximate, atLeast, atMost };
 
@@ -56,4 +56,4 @@ private:
     std::optional<double> m_real;
 };
 
-} // namespace cppmicroservices::ldap
+} // namespace cppmicroservices::detail::ldap

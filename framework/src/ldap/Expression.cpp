@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace cppmicroservices::ldap {
+namespace cppmicroservices::detail::ldap {
 
 namespace {
 
@@ -111,4 +111,4 @@ void finish(Part part, Expression& expression)
     }
 }
 
-} // namespace cppmicroservices::ldap
+} // namespace cppmicroservices::detail::ldap

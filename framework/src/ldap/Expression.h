@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-namespace cppmicroservices::ldap {
+namespace cppmicroservices::detail::ldap {
 
 /// What every match of a filter must have. A registry that is indexed by these looks at fewer candidates; each
 /// candidate must still be matched.
@@ -87,4 +87,4 @@ private:
 
 void finish(Part part, Expression& expression);
 
-} // namespace cppmicroservices::ldap
+} // namespace cppmicroservices::detail::ldap

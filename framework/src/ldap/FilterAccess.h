@@ -10,10 +10,10 @@ namespace cppmicroservices {
 
 class LDAPFilterData {
 public:
-    ldap::Expression expression;
+    detail::ldap::Expression expression;
 };
 
-namespace ldap {
+namespace detail::ldap {
 
 /// What the framework needs of a filter beyond its public operations.
 class FilterAccess {
@@ -41,6 +41,6 @@ public:
     }
 };
 
-} // namespace ldap
+} // namespace detail::ldap
 
 } // namespace cppmicroservices

@@ -10,7 +10,7 @@ namespace cppmicroservices {
 LDAPFilter::LDAPFilter() = default;
 
 LDAPFilter::LDAPFilter(std::string const& filter)
-    : d(std::make_shared<LDAPFilterData>(LDAPFilterData{ldap::parse(filter)}))
+    : d(std::make_shared<LDAPFilterData>(LDAPFilterData{detail::ldap::parse(filter)}))
 {
 }
 
@@ -28,8 +28,8 @@ bool LDAPFilter::Match(AnyMap const& dictionary) const
     if (!d) {
         return false;
     }
-    ldap::MapAccess::checkVariants(dictionary);
-    return ldap::FilterAccess::matches(*this, dictionary);
+    detail::ldap::MapAccess::checkVariants(dictionary);
+    return detail::ldap::FilterAccess::matches(*this, dictionary);
 }
 
 bool LDAPFilter::MatchCase(AnyMap const& dictionary) const
@@ -37,9 +37,9 @@ bool LDAPFilter::MatchCase(AnyMap const& dictionary) const
     if (!d) {
         return false;
     }
-    ldap::MapAccess::checkVariants(dictionary);
-    return d->expression.matches([&dictionary](const ldap::Comparison& comparison) {
-        return ldap::MapAccess::findExactly(dictionary, comparison.attribute());
+    detail::ldap::MapAccess::checkVariants(dictionary);
+    return d->expression.matches([&dictionary](const detail::ldap::Comparison& comparison) {
+        return detail::ldap::MapAccess::findExactly(dictionary, comparison.attribute());
     });
 }
 

@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <type_traits>
 
-namespace cppmicroservices::ldap {
+namespace cppmicroservices::detail::ldap {
 
 namespace {
 
@@ -87,4 +87,4 @@ void MapAccess::checkVariants(const any_map& map)
         map.m_map);
 }
 
-} // namespace cppmicroservices::ldap
+} // namespace cppmicroservices::detail::ldap

@@ -2,7 +2,7 @@
 
 #include "cppmicroservices/AnyMap.h"
 
-namespace cppmicroservices::ldap {
+namespace cppmicroservices::detail::ldap {
 
 /// Looks values up in a map for a filter. The results point into the map; nothing is allocated.
 class MapAccess {
@@ -19,4 +19,4 @@ public:
     static void checkVariants(const any_map& map);
 };
 
-} // namespace cppmicroservices::ldap
+} // namespace cppmicroservices::detail::ldap

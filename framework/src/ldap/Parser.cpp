@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace cppmicroservices::ldap {
+namespace cppmicroservices::detail::ldap {
 
 namespace {
 
@@ -196,4 +196,4 @@ Expression parse(const std::string& text)
     return Parser(text).parse();
 }
 
-} // namespace cppmicroservices::ldap
+} // namespace cppmicroservices::detail::ldap

@@ -5,7 +5,7 @@
 #include <unordered_set>
 #include <utility>
 
-namespace cppmicroservices::ldap {
+namespace cppmicroservices::detail::ldap {
 
 namespace {
 
@@ -90,4 +90,4 @@ const std::string* PropertyTable::variant() const
     return nullptr;
 }
 
-} // namespace cppmicroservices::ldap
+} // namespace cppmicroservices::detail::ldap

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace cppmicroservices::ldap {
+namespace cppmicroservices::detail::ldap {
 
 /// Differs for most names, is the same for names that differ by the case of ASCII letters alone: the length, and the
 /// first, the middle and the last letter.
@@ -53,4 +53,4 @@ private:
     std::unordered_map<std::string, const Any*, detail::any_map_cihash, detail::any_map_ciequal> m_byName;
 };
 
-} // namespace cppmicroservices::ldap
+} // namespace cppmicroservices::detail::ldap

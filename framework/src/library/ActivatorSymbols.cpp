@@ -2,7 +2,7 @@
 
 #include "cppmicroservices/GlobalConfig.h"
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 ActivatorSymbols ActivatorSymbols::of(SharedLibrary const& library, std::string const& bundleName)
 {
@@ -13,4 +13,4 @@ ActivatorSymbols ActivatorSymbols::of(SharedLibrary const& library, std::string 
     return found;
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

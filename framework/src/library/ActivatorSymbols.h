@@ -9,7 +9,7 @@ namespace cppmicroservices {
 class BundleContextPrivate;
 struct BundleActivator;
 
-namespace core {
+namespace detail::core {
 
 /// The functions that the macros for bundles make; null where the library has none.
 struct ActivatorSymbols {
@@ -24,6 +24,6 @@ struct ActivatorSymbols {
     static ActivatorSymbols of(SharedLibrary const& library, std::string const& bundleName);
 };
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

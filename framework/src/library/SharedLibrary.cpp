@@ -2,7 +2,7 @@
 
 #include <dlfcn.h>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 SharedLibrary::SharedLibrary(std::string const& path, int options)
 {
@@ -32,4 +32,4 @@ void* SharedLibrary::symbol(std::string const& name) const
     return dlsym(m_handle, name.c_str());
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// The dynamic loader refused; the message is its own.
 class LoadError : public std::runtime_error {
@@ -38,4 +38,4 @@ private:
     void* m_handle = nullptr;
 };
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -11,7 +11,7 @@ namespace cppmicroservices {
 
 namespace {
 
-std::string const& pathOf(std::shared_ptr<core::ResourceData const> const& data)
+std::string const& pathOf(std::shared_ptr<detail::core::ResourceData const> const& data)
 {
     static std::string const none;
     return data ? data->path : none;
@@ -27,7 +27,7 @@ int asInt(std::uint64_t size)
 BundleResource::BundleResource() = default;
 BundleResource::BundleResource(BundleResource const& resource) = default;
 
-BundleResource::BundleResource(std::shared_ptr<core::ResourceData const> data) : m_data(std::move(data)) {}
+BundleResource::BundleResource(std::shared_ptr<detail::core::ResourceData const> data) : m_data(std::move(data)) {}
 
 bool BundleResource::operator<(BundleResource const& resource) const
 {
@@ -130,7 +130,7 @@ std::vector<BundleResource> BundleResource::GetChildResources() const
     if (m_data) {
         auto const& table = m_data->file->table;
         for (auto const child : table.children(m_data->node)) {
-            resources.push_back(core::ResourceAccess::resource(
+            resources.push_back(detail::core::ResourceAccess::resource(
                 {m_data->file, m_data->folder, table.entry(child).name.substr(m_data->folder.size()), child}));
         }
     }
@@ -167,7 +167,7 @@ std::ostream& operator<<(std::ostream& os, BundleResource const& resource)
     return os << resource.GetResourcePath();
 }
 
-namespace core {
+namespace detail::core {
 
 BundleResource ResourceAccess::resource(ResourceData data)
 {
@@ -179,6 +179,6 @@ std::shared_ptr<ResourceData const> const& ResourceAccess::data(BundleResource c
     return resource.m_data;
 }
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

@@ -15,7 +15,7 @@ BundleResourceBuffer::~BundleResourceBuffer() = default;
 
 bool BundleResourceBuffer::load(BundleResource const& resource, std::ios_base::openmode mode)
 {
-    auto const& found = core::ResourceAccess::data(resource);
+    auto const& found = detail::core::ResourceAccess::data(resource);
     if (!found || resource.IsDir()) {
         return true;
     }

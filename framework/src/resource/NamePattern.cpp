@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 NamePattern::NamePattern(std::string_view pattern)
 {
@@ -28,4 +28,4 @@ bool NamePattern::matches(std::string_view name) const
     return true;
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

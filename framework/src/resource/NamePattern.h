@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// The pattern of Bundle::FindResources(): texts that must follow one another in a name, with a '*' between each two.
 /// Neither the first nor the last is bound to the name's ends, so that "txt" matches "a.txt.gz"; the empty pattern
@@ -19,4 +19,4 @@ private:
     std::vector<std::string> m_texts;
 };
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -10,7 +10,7 @@ namespace cppmicroservices {
 
 class BundleResource;
 
-namespace core {
+namespace detail::core {
 
 /// What a valid BundleResource stands for.
 struct ResourceData {
@@ -29,6 +29,6 @@ public:
     static std::shared_ptr<ResourceData const> const& data(BundleResource const& resource);
 };
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

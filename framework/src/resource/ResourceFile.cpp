@@ -5,7 +5,7 @@
 #include <system_error>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -41,4 +41,4 @@ bool ResourceFile::isUnchanged() const
            m_contents.stamp == ostrel::bundle_file::stampOf(m_location);
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

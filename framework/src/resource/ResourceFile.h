@@ -8,7 +8,7 @@
 #include <mutex>
 #include <string>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// The archive of a bundle file, opened when one of its resources is first asked for: most bundles have none but their
 /// manifest, and an open file each would soon be too many. Shared by the bundles that were installed from it together,
@@ -48,4 +48,4 @@ private:
     mutable std::shared_ptr<Opened const> m_opened;
 };
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -6,7 +6,7 @@
 
 #include <cstddef>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -100,4 +100,4 @@ std::vector<BundleResource> findResources(ResourceFile const& file, std::string 
     return std::move(search.found);
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 class ResourceFile;
 
@@ -17,4 +17,4 @@ BundleResource getResource(ResourceFile const& file, std::string const& folder, 
 std::vector<BundleResource> findResources(ResourceFile const& file, std::string const& folder, std::string path,
                                           std::string const& pattern, bool recurse);
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -68,4 +68,4 @@ std::optional<ResourceTable::Node> ResourceTable::find(std::string const& name) 
     return found == m_byFoldedName.end() ? std::nullopt : std::optional<Node>(found->second);
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// The entries of one bundle file as a tree. Does not change once it is made, so it needs no lock.
 ///
@@ -42,4 +42,4 @@ private:
     std::unordered_map<std::string, Node> m_byFoldedName;
 };
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

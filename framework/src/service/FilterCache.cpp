@@ -2,7 +2,7 @@
 
 #include <functional>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -34,4 +34,4 @@ LDAPFilter FilterCache::parse(std::string const& text)
     return filter;
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <string>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// Filters that were parsed a short while ago, by their texts. All functions may be called from any thread.
 ///
@@ -34,4 +34,4 @@ private:
     std::array<Place, 64> m_places;
 };
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -11,7 +11,7 @@ namespace cppmicroservices {
 
 bool LDAPFilter::Match(ServiceReferenceBase const& reference) const
 {
-    return ldap::FilterAccess::matches(*this, *core::propertiesOf(reference));
+    return detail::ldap::FilterAccess::matches(*this, *detail::core::propertiesOf(reference));
 }
 
 bool LDAPFilter::Match(Bundle const& bundle) const

@@ -5,11 +5,11 @@
 #include <stdexcept>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
-using ldap::PropertyTable;
+using detail::ldap::PropertyTable;
 
 std::shared_ptr<PropertyTable const> tableOf(ServiceProperties&& properties)
 {
@@ -60,4 +60,4 @@ RegisteredProperties propertiesReplaced(ServiceProperties const& given, ServiceP
     return result;
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

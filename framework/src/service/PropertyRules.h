@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// The properties of a service as registered, with those that every service has.
 struct RegisteredProperties {
-    std::shared_ptr<ldap::PropertyTable const> all;
+    std::shared_ptr<detail::ldap::PropertyTable const> all;
     long shownId = 0;
     int ranking = 0;
 };
@@ -31,4 +31,4 @@ RegisteredProperties propertiesAtRegistration(ServiceProperties const& given, lo
 /// @throws std::invalid_argument for a ranking that is no int
 RegisteredProperties propertiesReplaced(ServiceProperties const& given, ServiceProperties const& old);
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

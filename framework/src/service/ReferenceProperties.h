@@ -6,18 +6,18 @@ namespace cppmicroservices {
 
 class ServiceReferenceBase;
 
-namespace ldap {
+namespace detail::ldap {
 class PropertyTable;
 }
 
-namespace core {
+namespace detail::core {
 
 /// The properties of the service, the last known ones when it is unregistered; never null. Keys are found without
 /// regard to case.
 ///
 /// @throws std::logic_error on a default constructed reference
-std::shared_ptr<ldap::PropertyTable const> propertiesOf(ServiceReferenceBase const& reference);
+std::shared_ptr<detail::ldap::PropertyTable const> propertiesOf(ServiceReferenceBase const& reference);
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

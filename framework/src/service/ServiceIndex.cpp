@@ -3,7 +3,7 @@
 #include <tuple>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -252,4 +252,4 @@ ServiceIndex::References ServiceIndex::usedBy(BundleRecord const& user) const
     return valuesAt(m_byUser, &user);
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

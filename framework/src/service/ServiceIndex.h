@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 /// The registered services of one framework run, by everything that they are looked up by. No lock of its own.
 ///
@@ -102,4 +102,4 @@ private:
     std::unordered_map<BundleRecord const*, ById> m_byUser;
 };
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

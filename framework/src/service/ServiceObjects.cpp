@@ -19,7 +19,8 @@ namespace {
 /// Calls `get` with the registry, the reference and the context.
 template <class Get>
 auto getFrom(ServiceObjectsBasePrivate const* objects, Get get)
-    -> decltype(get(std::declval<core::ServiceRegistry&>(), core::ServiceRegistry::Reference(), *objects->context))
+    -> decltype(get(std::declval<detail::core::ServiceRegistry&>(), detail::core::ServiceRegistry::Reference(),
+                    *objects->context))
 {
     // Whether there is still a service comes first: null then, even when the context has ended as well.
     if (objects != nullptr && !objects->reference) {
@@ -28,7 +29,7 @@ auto getFrom(ServiceObjectsBasePrivate const* objects, Get get)
     if (objects == nullptr || !objects->context->isValid()) {
         throw std::runtime_error("The bundle context is no longer valid");
     }
-    auto const& data = core::HandleAccess::data(objects->reference);
+    auto const& data = detail::core::HandleAccess::data(objects->reference);
     return get(data->record->registry(), data, *objects->context);
 }
 

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 ServiceRegistry::References ServiceRegistry::find(std::string const& className, std::string const& filter) const
 {
@@ -26,7 +26,7 @@ ServiceRegistry::References ServiceRegistry::find(std::string const& className, 
         }
         condition = m_filters.parse(filter);
     }
-    auto const& required = ldap::FilterAccess::requirements(condition);
+    auto const& required = detail::ldap::FilterAccess::requirements(condition);
     if (required.serviceId) {
         std::vector<ServiceIndex::Offered> withId;
         {
@@ -54,7 +54,7 @@ ServiceRegistry::References ServiceRegistry::matching(std::vector<ServiceIndex::
 {
     References result;
     for (auto const& [reference, properties] : offered) {
-        if (ldap::FilterAccess::matches(condition, *properties)) {
+        if (detail::ldap::FilterAccess::matches(condition, *properties)) {
             // A class that only the filter names does not make the references ones for that class.
             bool const asked = reference->interfaceId == className;
             result.push_back(
@@ -76,4 +76,4 @@ ServiceRegistry::References ServiceRegistry::registeredBy(BundleRecord const& bu
     return m_index.registeredBy(bundle);
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 ServiceRecord::ServiceRecord(std::shared_ptr<ServiceRegistry> registry, std::shared_ptr<BundleRecord> owner, long id,
                              std::vector<std::string> classes)
@@ -15,4 +15,4 @@ bool ServiceRecord::hasClass(std::string const& name) const
     return std::find(m_classes.begin(), m_classes.end(), name) != m_classes.end();
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

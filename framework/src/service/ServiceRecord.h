@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 class BundleRecord;
 class ServiceIndex;
@@ -47,7 +47,7 @@ class ServiceRecord : public std::enable_shared_from_this<ServiceRecord> {
 public:
     enum class State { registered, unregistering, unregistered };
 
-    using Properties = std::shared_ptr<ldap::PropertyTable const>;
+    using Properties = std::shared_ptr<detail::ldap::PropertyTable const>;
 
     /// @param classes the keys of the interface map, also the one that marks a factory
     ServiceRecord(std::shared_ptr<ServiceRegistry> registry, std::shared_ptr<BundleRecord> owner, long id,
@@ -84,4 +84,4 @@ struct ReferenceData {
     std::string interfaceId;
 };
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

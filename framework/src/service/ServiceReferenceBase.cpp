@@ -13,9 +13,9 @@
 
 namespace cppmicroservices {
 
-namespace core {
+namespace detail::core {
 
-std::shared_ptr<ldap::PropertyTable const> propertiesOf(ServiceReferenceBase const& reference)
+std::shared_ptr<detail::ldap::PropertyTable const> propertiesOf(ServiceReferenceBase const& reference)
 {
     auto const& data = HandleAccess::data(reference);
     if (!data) {
@@ -24,11 +24,14 @@ std::shared_ptr<ldap::PropertyTable const> propertiesOf(ServiceReferenceBase con
     return data->record->registry().properties(*data->record);
 }
 
-} // namespace core
+} // namespace detail::core
 
 ServiceReferenceBase::ServiceReferenceBase() = default;
 
-ServiceReferenceBase::ServiceReferenceBase(std::shared_ptr<core::ReferenceData const> data) : m_data(std::move(data)) {}
+ServiceReferenceBase::ServiceReferenceBase(std::shared_ptr<detail::core::ReferenceData const> data)
+    : m_data(std::move(data))
+{
+}
 
 ServiceReferenceBase::ServiceReferenceBase(ServiceReferenceBase const& other) = default;
 ServiceReferenceBase& ServiceReferenceBase::operator=(ServiceReferenceBase const& other) = default;
@@ -47,7 +50,7 @@ ServiceReferenceBase::operator bool() const
 
 Any ServiceReferenceBase::GetProperty(std::string const& key) const
 {
-    auto const properties = core::propertiesOf(*this);
+    auto const properties = detail::core::propertiesOf(*this);
     auto const* const found = properties->find(key);
     return found != nullptr ? *found : Any();
 }
@@ -55,7 +58,7 @@ Any ServiceReferenceBase::GetProperty(std::string const& key) const
 std::vector<std::string> ServiceReferenceBase::GetPropertyKeys() const
 {
     std::vector<std::string> keys;
-    auto const properties = core::propertiesOf(*this);
+    auto const properties = detail::core::propertiesOf(*this);
     keys.reserve(properties->map().size());
     for (auto const& entry : properties->map()) {
         keys.push_back(entry.first);
@@ -70,7 +73,7 @@ void ServiceReferenceBase::GetPropertyKeys(std::vector<std::string>& keys) const
 
 Bundle ServiceReferenceBase::GetBundle() const
 {
-    return *this ? core::HandleAccess::bundle(m_data->record->owner()) : Bundle();
+    return *this ? detail::core::HandleAccess::bundle(m_data->record->owner()) : Bundle();
 }
 
 std::vector<Bundle> ServiceReferenceBase::GetUsingBundles() const
@@ -80,7 +83,7 @@ std::vector<Bundle> ServiceReferenceBase::GetUsingBundles() const
     }
     std::vector<Bundle> result;
     for (auto& user : m_data->record->registry().users(*m_data->record)) {
-        result.push_back(core::HandleAccess::bundle(std::move(user)));
+        result.push_back(detail::core::HandleAccess::bundle(std::move(user)));
     }
     return result;
 }
@@ -120,12 +123,13 @@ void ServiceReferenceBase::narrowTo(std::string const& interfaceId)
         m_data.reset();
         return;
     }
-    m_data = std::make_shared<core::ReferenceData const>(core::ReferenceData{m_data->record, interfaceId});
+    m_data =
+        std::make_shared<detail::core::ReferenceData const>(detail::core::ReferenceData{m_data->record, interfaceId});
 }
 
 std::size_t ServiceReferenceBase::Hash() const
 {
-    return m_data ? std::hash<core::ServiceRecord const*>()(m_data->record.get()) : 0;
+    return m_data ? std::hash<detail::core::ServiceRecord const*>()(m_data->record.get()) : 0;
 }
 
 std::ostream& operator<<(std::ostream& os, ServiceReferenceBase const& serviceRef)
@@ -133,9 +137,9 @@ std::ostream& operator<<(std::ostream& os, ServiceReferenceBase const& serviceRe
     if (!serviceRef) {
         return os << "Invalid service reference";
     }
-    auto const& owner = *core::HandleAccess::data(serviceRef)->record->owner();
+    auto const& owner = *detail::core::HandleAccess::data(serviceRef)->record->owner();
     os << "Reference for service object registered from " << owner.name() << ' ' << owner.version() << " (";
-    auto const properties = core::propertiesOf(serviceRef);
+    auto const properties = detail::core::propertiesOf(serviceRef);
     char const* separator = "";
     for (auto const& [key, value] : properties->map()) {
         os << separator << key << '=' << value.ToStringNoExcept();

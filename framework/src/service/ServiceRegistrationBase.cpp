@@ -11,7 +11,7 @@ namespace cppmicroservices {
 
 namespace {
 
-core::ServiceRegistry& registryOf(std::shared_ptr<core::ServiceRecord> const& record)
+detail::core::ServiceRegistry& registryOf(std::shared_ptr<detail::core::ServiceRecord> const& record)
 {
     if (!record) {
         throw std::logic_error("ServiceRegistrationBase object invalid");
@@ -23,7 +23,7 @@ core::ServiceRegistry& registryOf(std::shared_ptr<core::ServiceRecord> const& re
 
 ServiceRegistrationBase::ServiceRegistrationBase() = default;
 
-ServiceRegistrationBase::ServiceRegistrationBase(std::shared_ptr<core::ServiceRecord> record)
+ServiceRegistrationBase::ServiceRegistrationBase(std::shared_ptr<detail::core::ServiceRecord> record)
     : m_record(std::move(record))
 {
 }
@@ -49,7 +49,7 @@ ServiceReferenceBase ServiceRegistrationBase::GetReference(std::string const& in
 {
     registryOf(m_record).requireRegistered(*m_record);
     return ServiceReferenceBase(
-        std::make_shared<core::ReferenceData const>(core::ReferenceData{m_record, interfaceId}));
+        std::make_shared<detail::core::ReferenceData const>(detail::core::ReferenceData{m_record, interfaceId}));
 }
 
 void ServiceRegistrationBase::SetProperties(ServiceProperties const& properties)
@@ -71,7 +71,7 @@ void ServiceRegistrationBase::Unregister()
 
 bool ServiceRegistrationBase::operator<(ServiceRegistrationBase const& other) const
 {
-    return std::less<core::ServiceRecord const*>()(m_record.get(), other.m_record.get());
+    return std::less<detail::core::ServiceRecord const*>()(m_record.get(), other.m_record.get());
 }
 
 bool ServiceRegistrationBase::operator==(ServiceRegistrationBase const& other) const
@@ -81,7 +81,7 @@ bool ServiceRegistrationBase::operator==(ServiceRegistrationBase const& other) c
 
 std::size_t ServiceRegistrationBase::Hash() const
 {
-    return std::hash<core::ServiceRecord const*>()(m_record.get());
+    return std::hash<detail::core::ServiceRecord const*>()(m_record.get());
 }
 
 std::ostream& operator<<(std::ostream& os, ServiceRegistrationBase const& /*reg*/)

@@ -13,7 +13,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -234,4 +234,4 @@ ServiceIndex::Rank ServiceRegistry::rankOf(ServiceRecord const& record)
     return {record.m_ranking, record.m_shownId, record.m_id};
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

@@ -15,7 +15,7 @@ namespace cppmicroservices {
 
 class BundleContextPrivate;
 
-namespace core {
+namespace detail::core {
 
 class Events;
 
@@ -119,6 +119,6 @@ private:
     bool m_closed = false;
 };
 
-} // namespace core
+} // namespace detail::core
 
 } // namespace cppmicroservices

@@ -13,7 +13,7 @@
 #include <stdexcept>
 #include <utility>
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 namespace {
 
@@ -376,4 +376,4 @@ void ServiceRegistry::endUses(BundleContextPrivate& context) noexcept
     }
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

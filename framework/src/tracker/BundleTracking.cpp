@@ -85,7 +85,8 @@ void BundleTracking::remove(Bundle const& bundle) noexcept
 
 void BundleTracking::report() const noexcept
 {
-    core::reportTrackerFailure(m_context, "Bundle tracker customizer threw an exception", std::current_exception());
+    detail::core::reportTrackerFailure(m_context, "Bundle tracker customizer threw an exception",
+                                       std::current_exception());
 }
 
 void BundleTracking::removeListener(ListenerToken token) const

@@ -140,8 +140,8 @@ void ServiceTracking::closeQuietly() noexcept
     try {
         close();
     } catch (...) {
-        core::reportTrackerFailure(m_context, "Service tracker customizer threw an exception",
-                                   std::current_exception());
+        detail::core::reportTrackerFailure(m_context, "Service tracker customizer threw an exception",
+                                           std::current_exception());
     }
 }
 

@@ -5,7 +5,7 @@
 #include "framework/FrameworkCore.h"
 #include "framework/HandleAccess.h"
 
-namespace cppmicroservices::core {
+namespace cppmicroservices::detail::core {
 
 void reportTrackerFailure(BundleContext const& context, std::string const& message,
                           std::exception_ptr const& exception) noexcept
@@ -17,4 +17,4 @@ void reportTrackerFailure(BundleContext const& context, std::string const& messa
     }
 }
 
-} // namespace cppmicroservices::core
+} // namespace cppmicroservices::detail::core

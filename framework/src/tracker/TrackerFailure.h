@@ -7,11 +7,11 @@ namespace cppmicroservices {
 
 class BundleContext;
 
-namespace core {
+namespace detail::core {
 
 /// Sends a framework event of type ERROR, for what cannot be thrown. Without effect when the framework is gone.
 void reportTrackerFailure(BundleContext const& context, std::string const& message,
                           std::exception_ptr const& exception) noexcept;
 
-} // namespace core
+} // namespace detail::core
 } // namespace cppmicroservices

@@ -11,7 +11,7 @@
 namespace {
 
 using namespace cppmicroservices;
-using core::parseManifest;
+using detail::core::parseManifest;
 
 std::string failure(std::string const& text)
 {
@@ -63,8 +63,8 @@ TEST(Manifest, mayNestAsDeepAsTheLimit)
         return R"({"a":)" + std::string(static_cast<std::size_t>(depth), '[') +
                std::string(static_cast<std::size_t>(depth), ']') + "}";
     };
-    EXPECT_EQ(1U, parseManifest(nested(core::manifestDepthLimit - 1), "N", "/l").size());
-    EXPECT_EQ("The objects and arrays nest deeper than 200 levels.", failure(nested(core::manifestDepthLimit)));
+    EXPECT_EQ(1U, parseManifest(nested(detail::core::manifestDepthLimit - 1), "N", "/l").size());
+    EXPECT_EQ("The objects and arrays nest deeper than 200 levels.", failure(nested(detail::core::manifestDepthLimit)));
     EXPECT_EQ("The objects and arrays nest deeper than 200 levels.", failure(nested(5000000)));
 }
 

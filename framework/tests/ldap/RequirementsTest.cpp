@@ -8,9 +8,9 @@ namespace {
 
 using Classes = std::optional<std::vector<std::string>>;
 
-ldap::Requirements requirementsOf(const std::string& filter)
+detail::ldap::Requirements requirementsOf(const std::string& filter)
 {
-    return ldap::FilterAccess::requirements(LDAPFilter(filter));
+    return detail::ldap::FilterAccess::requirements(LDAPFilter(filter));
 }
 
 } // namespace
@@ -40,8 +40,8 @@ TEST(FilterRequirements, GivenClasses_WhenOneMustBeThere_ThenTheyAreRequired)
 
 TEST(FilterRequirements, GivenNoFilter_WhenAsked_ThenNothingIsRequired)
 {
-    EXPECT_FALSE(ldap::FilterAccess::requirements(LDAPFilter()).serviceId);
-    EXPECT_FALSE(ldap::FilterAccess::requirements(LDAPFilter()).classes);
+    EXPECT_FALSE(detail::ldap::FilterAccess::requirements(LDAPFilter()).serviceId);
+    EXPECT_FALSE(detail::ldap::FilterAccess::requirements(LDAPFilter()).classes);
 }
 
 TEST(FilterNesting, GivenVeryDeepNesting_WhenReadAndMatched_ThenNeitherRecurses)
