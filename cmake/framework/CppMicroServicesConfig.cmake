@@ -24,6 +24,7 @@ get_target_property(US_RUNTIME_LIBRARY_DIRS ostrel::framework LOCATION)
 get_filename_component(US_RUNTIME_LIBRARY_DIRS "${US_RUNTIME_LIBRARY_DIRS}" DIRECTORY)
 set(CppMicroServices_RUNTIME_LIBRARY_DIRS "${US_RUNTIME_LIBRARY_DIRS}")
 set(US_Framework_FOUND TRUE)
+set(US_Framework_LIBRARIES CppMicroServices)
 set(US_ENABLE_THREADING_SUPPORT ON)
 
 # Projects use Threads::Threads and CMAKE_THREAD_LIBS_INIT without finding them themselves.
