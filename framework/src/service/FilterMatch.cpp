@@ -11,12 +11,12 @@ namespace cppmicroservices {
 
 bool LDAPFilter::Match(ServiceReferenceBase const& reference) const
 {
-    return detail::ldap::FilterAccess::matches(*this, *detail::core::propertiesOf(reference));
+    return d && detail::ldap::FilterAccess::matches(*this, *detail::core::propertiesOf(reference));
 }
 
 bool LDAPFilter::Match(Bundle const& bundle) const
 {
-    return Match(bundle.GetHeaders()); // which throws for a handle on no bundle
+    return d && Match(bundle.GetHeaders()); // which throws for a handle on no bundle
 }
 
 } // namespace cppmicroservices

@@ -70,7 +70,7 @@ private:
 
     State m_state = State::registered;
     std::thread::id m_unregisteringBy; // while that is its state
-    InterfaceMapConstPtr m_object;     // null once unregistered
+    InterfaceMapConstPtr m_object;     // null once unregistered, and where there is a factory
     std::shared_ptr<ServiceFactory> m_factory;
     Properties m_properties; // never null, replaced as a whole
     int m_ranking = 0;

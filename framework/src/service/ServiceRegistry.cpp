@@ -81,8 +81,11 @@ std::shared_ptr<ServiceRecord> ServiceRegistry::add(BundleContextPrivate const& 
     auto const described = propertiesAtRegistration(properties, id, names, scopeOf(factory));
 
     auto record = std::make_shared<ServiceRecord>(shared_from_this(), owner, id, names);
-    record->m_object = object;
-    record->m_factory = factory;
+    if (factory) {
+        record->m_factory = factory; // alone: its owner may count who holds it
+    } else {
+        record->m_object = object;
+    }
     record->m_properties = described.all;
     record->m_ranking = described.ranking;
     record->m_shownId = described.shownId;

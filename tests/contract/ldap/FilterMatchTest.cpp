@@ -1,6 +1,8 @@
 #include "contract/ThrownText.h"
 
+#include <cppmicroservices/Bundle.h>
 #include <cppmicroservices/LDAPFilter.h>
+#include <cppmicroservices/ServiceReference.h>
 
 #include <climits>
 #include <gtest/gtest.h>
@@ -126,4 +128,15 @@ TEST(FilterMatch, GivenKeysThatDifferByCase_WhenMatched_ThenItThrows)
         properties["other" + std::to_string(i)] = i;
     }
     EXPECT_EQ(thrownText<std::runtime_error>([&] { LDAPFilter("(z=1)").Match(properties); }), text);
+}
+
+TEST(FilterMatch, GivenNoFilter_WhenMatched_ThenItMatchesNothing)
+{
+    const LDAPFilter none;
+
+    EXPECT_FALSE(none.Match(AnyMap{{"k", 1}}));
+    EXPECT_FALSE(none.MatchCase(AnyMap{{"k", 1}}));
+    EXPECT_FALSE(none.Match(AnyMap(any_map::ORDERED_MAP, {{"k", 1}, {"K", 1}})));
+    EXPECT_FALSE(none.Match(Bundle()));
+    EXPECT_FALSE(none.Match(ServiceReferenceU()));
 }

@@ -1,5 +1,6 @@
 #include "contract/StartedFramework.h"
 #include "contract/ThrownText.h"
+#include "contract/service/CountingFactory.h"
 #include "contract/service/TestServices.h"
 
 #include <cppmicroservices/Constants.h>
@@ -163,6 +164,24 @@ TEST_F(Registering, letsGoOfTheObjectAtTheEnd)
     EXPECT_FALSE(watch.expired());
     registration.Unregister();
     EXPECT_TRUE(watch.expired());
+}
+
+TEST_F(Registering, holdsTheObjectAndTheFactoryOnce)
+{
+    auto const service = std::make_shared<Both>();
+    auto ofService = context.RegisterService<Plain>(service);
+    EXPECT_EQ(2, service.use_count());
+    ofService.Unregister();
+    EXPECT_EQ(1, service.use_count());
+
+    auto const factory = std::make_shared<contract::CountingFactory<ServiceFactory>>(
+        [] { return MakeInterfaceMap<Plain>(std::make_shared<Both>()); });
+    auto ofFactory = context.RegisterService<Plain>(ToFactory(factory));
+    EXPECT_EQ(2, factory.use_count());
+    auto const made = context.GetService(ofFactory.GetReference());
+    EXPECT_EQ(2, factory.use_count());
+    ofFactory.Unregister();
+    EXPECT_EQ(1, factory.use_count());
 }
 
 TEST_F(Registering, leavesServicesOfTheFrameworkItselfRegisteredAtItsStop)
