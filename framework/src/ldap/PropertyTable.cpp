@@ -78,7 +78,6 @@ const std::string* PropertyTable::variant() const
         return &std::find_if(m_map.begin(), m_map.end(), [&firsts](const auto& property) {
                     return firsts.count(&property.second) != 0;
                 })->first;
-        return nullptr;
     }
     for (auto entry = m_entries.begin(); entry != m_entries.end(); ++entry) {
         const std::string& name = entry->property->first;
