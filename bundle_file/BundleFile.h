@@ -42,6 +42,7 @@ struct Contents {
     Archive archive = Archive::none;
     std::string damage;             ///< why, when `truncated` or `Archive::damaged`
     bool rootManifest = false;      ///< the archive has a manifest.json outside of any folder
+    bool moreFiles = false;         ///< the folders hold other files than their manifests
     std::vector<Folder> folders;    ///< in ascending byte order of name; empty unless `Archive::readable`
     std::uint64_t archiveBegin = 0; ///< where a readable archive lies in the file
     std::uint64_t archiveEnd = 0;

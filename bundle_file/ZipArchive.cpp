@@ -116,7 +116,9 @@ void readFolders(std::string_view bytes, Contents& contents)
             continue;
         }
         auto& manifest = folders[name.substr(0, slash)];
-        if (!manifest && isManifest(name.substr(slash + 1))) {
+        if (!isManifest(name.substr(slash + 1))) {
+            contents.moreFiles = contents.moreFiles || name.back() != '/';
+        } else if (!manifest) {
             manifest =
                 readManifest(archive.get(), index, name, std::min(manifestLimit, allManifestsLimit - allManifests));
             allManifests += manifest->size();
@@ -138,6 +140,7 @@ void readZip(std::string_view bytes, Contents& contents)
         contents.archive = Archive::damaged;
         contents.damage = std::move(damage.why);
         contents.rootManifest = false;
+        contents.moreFiles = false;
         contents.folders.clear();
     }
 }

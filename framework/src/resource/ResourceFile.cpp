@@ -1,5 +1,6 @@
 #include "resource/ResourceFile.h"
 
+#include <exception>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
@@ -21,6 +22,13 @@ std::string absolute(std::string const& location)
 ResourceFile::ResourceFile(std::string location, ostrel::bundle_file::Contents contents)
     : m_location(std::move(location)), m_path(absolute(m_location)), m_contents(std::move(contents))
 {
+    if (m_contents.moreFiles) {
+        try {
+            m_opened = std::make_shared<Opened const>(m_path, m_contents);
+        } catch (std::exception const&) {
+            m_opened = nullptr; // who asks for a resource is told
+        }
+    }
 }
 
 std::shared_ptr<ResourceFile::Opened const> ResourceFile::open() const

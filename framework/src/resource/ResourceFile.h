@@ -10,8 +10,9 @@
 
 namespace cppmicroservices::detail::core {
 
-/// The archive of a bundle file, opened when one of its resources is first asked for: most bundles have none but their
-/// manifest, and an open file each would soon be too many. Shared by the bundles that were installed from it together,
+/// The archive of a bundle file. It is open from the beginning when it has resources, so that removing or replacing the
+/// file changes nothing; when it has nothing but manifests, as most have, it is opened when one of them is first asked
+/// for: an open file each would soon be too many. Shared by the bundles that were installed from it together,
 /// and by their resources; it outlives their framework.
 ///
 /// All functions may be called from any thread.
@@ -29,8 +30,8 @@ public:
     /// @param contents  what was found in the file when it was installed; the folders are not needed
     ResourceFile(std::string location, ostrel::bundle_file::Contents contents);
 
-    /// @throws std::runtime_error that names the file when it has no archive, was removed or changed before this was
-    ///         first called, or cannot be read
+    /// @throws std::runtime_error that names the file when it has no archive, was removed or changed before it was
+    ///         opened, or cannot be read
     /// @locks  the file's own, while it is opened
     std::shared_ptr<Opened const> open() const;
 

@@ -87,20 +87,16 @@ TEST_F(DefinedResources, areNotSoughtOutsideOfTheirData)
     EXPECT_EQ('e', stream.get());
 }
 
-TEST_F(DefinedResources, ofAFileThatWasRemovedBeforeTheyWereAskedForAreRefused)
+TEST_F(DefinedResources, areRefusedWhenTheFileHadNothingElseThanManifestsAndIsGone)
 {
-    std::filesystem::remove(alpha.GetLocation());
-    auto const text = "cannot read the archive in '" + alpha.GetLocation() +
+    auto const plain = install("plain.zip", {{"plain/", ""}, {"plain/manifest.json", manifestOf("plain")}});
+    std::filesystem::remove(plain.GetLocation());
+    auto const text = "cannot read the archive in '" + plain.GetLocation() +
                       "': the file was removed, replaced or changed since it was first read";
-    EXPECT_EQ(text, thrownText<std::runtime_error>([&] { alpha.GetResource("zeta.txt"); }));
-    EXPECT_EQ(text, thrownText<std::runtime_error>([&] { beta.FindResources("/", "", true); }));
-}
-
-TEST_F(DefinedResources, ofAFileThatWasReplacedBeforeTheyWereAskedForAreRefused)
-{
-    auto const other = directory.write("other.zip", archiveOf({{"alpha/", ""}, {"alpha/zeta.txt", "other"}}));
-    std::filesystem::rename(other, alpha.GetLocation());
-    EXPECT_THAT(thrownText<std::runtime_error>([&] { alpha.GetResource("zeta.txt"); }), HasSubstr("replaced"));
+    EXPECT_EQ(text, thrownText<std::runtime_error>([&] { plain.GetResource("manifest.json"); }));
+    EXPECT_EQ(text, thrownText<std::runtime_error>([&] { plain.FindResources("/", "", true); }));
+    std::filesystem::copy_file(alpha.GetLocation(), plain.GetLocation());
+    EXPECT_THAT(thrownText<std::runtime_error>([&] { plain.GetResource("manifest.json"); }), HasSubstr("replaced"));
 }
 
 TEST_F(DefinedResources, ofAFileThatIsWrittenToAreBadStreams)

@@ -1,9 +1,13 @@
 #include "contract/ThrownText.h"
 #include "contract/resource/ResourceFixture.h"
 
+#include <cppmicroservices/BundleResourceStream.h>
+
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <functional>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -251,6 +255,19 @@ TEST_F(Resources, ofGivenManifestsAreThoseOfTheFile)
     auto const file =
         directory.write("delta.zip", ostrel::test::archiveOf({{"delta/", ""}, {"delta/x.txt", "x"}})).string();
     EXPECT_EQ(1, context.InstallBundles(file, others).front().GetResource("x.txt").GetSize());
+}
+
+TEST_F(Resources, areThereThoughTheFileWasReplacedOrRemovedBefore)
+{
+    std::filesystem::path const location = alpha.GetLocation();
+    std::filesystem::rename(directory.write("other", "no archive"), location);
+    EXPECT_TRUE(alpha.GetResource("manifest.json"));
+    std::filesystem::remove(location);
+    EXPECT_FALSE(beta.FindResources("/", "", true).empty());
+    auto const manifest = alpha.GetResource("manifest.json");
+    BundleResourceStream stream(manifest);
+    std::string text(std::istreambuf_iterator<char>(stream), {});
+    EXPECT_EQ(static_cast<std::size_t>(manifest.GetSize()), text.size());
 }
 
 TEST_F(Resources, outliveTheirFile)

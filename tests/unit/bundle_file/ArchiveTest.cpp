@@ -122,6 +122,13 @@ TEST(Archive, GivenManifestAtRoot_WhenRead_ThenItIsToldAndNoFolder)
     EXPECT_TRUE(contents.folders.empty());
 }
 
+TEST(Archive, GivenFilesBesideTheManifest_WhenRead_ThenTheyAreTold)
+{
+    EXPECT_FALSE(inspect(zipText({{"n/", ""}, {"n/manifest.json", "{}"}, {"data.txt", "x"}, {"m/", ""}})).moreFiles);
+    EXPECT_TRUE(inspect(zipText({{"n/manifest.json", "{}"}, {"n/data.txt", "x"}})).moreFiles);
+    EXPECT_TRUE(inspect(zipText({{"n/in/manifest.json", "{}"}})).moreFiles);
+}
+
 TEST(Archive, GivenManifestAboveLimit_WhenRead_ThenDamageSaysSo)
 {
     const Contents contents = inspect(zipText({{"n/manifest.json", std::string(manifestLimit + 1, ' ')}}));
