@@ -29,8 +29,10 @@ auto getFrom(ServiceObjectsBasePrivate const* objects, Get get)
     if (objects == nullptr || !objects->context->isValid()) {
         throw std::runtime_error("The bundle context is no longer valid");
     }
-    auto const& data = detail::core::HandleAccess::data(objects->reference);
-    return get(data->record->registry(), data, *objects->context);
+    // Copies, as the factory may let go of these service objects.
+    auto const data = detail::core::HandleAccess::data(objects->reference);
+    auto const context = objects->context;
+    return get(data->record->registry(), data, *context);
 }
 
 } // namespace

@@ -52,19 +52,22 @@ ServiceReferenceBase ServiceRegistrationBase::GetReference(std::string const& in
         std::make_shared<detail::core::ReferenceData const>(detail::core::ReferenceData{m_record, interfaceId}));
 }
 
+// These take a copy along, as a listener or the destructor of the service may well clear this handle.
+
 void ServiceRegistrationBase::SetProperties(ServiceProperties const& properties)
 {
-    registryOf(m_record).changeProperties(m_record, properties);
+    auto const record = m_record;
+    registryOf(record).changeProperties(record, properties);
 }
 
 void ServiceRegistrationBase::SetProperties(ServiceProperties&& properties)
 {
-    registryOf(m_record).changeProperties(m_record, properties);
+    auto const record = m_record;
+    registryOf(record).changeProperties(record, properties);
 }
 
 void ServiceRegistrationBase::Unregister()
 {
-    // A copy, as the destructor of the service may well clear this handle.
     auto const record = m_record;
     registryOf(record).remove(record);
 }

@@ -131,6 +131,20 @@ TEST_F(DefinedListeners, addedWhileTheirBundleStopsGoWithIt)
     stopAndWait(framework);
 }
 
+TEST_F(DefinedListeners, mayLetGoOfTheRegistrationInUse)
+{
+    auto registration = std::make_unique<ServiceRegistration<Plain>>(context.RegisterService<Plain>(object));
+    auto const reference = registration->GetReference();
+    context.AddServiceListener([&registration](ServiceEvent const&) { registration.reset(); });
+    registration->SetProperties({{"a", 1}});
+    EXPECT_FALSE(registration);
+    EXPECT_EQ(1, any_cast<int>(reference.GetProperty("a")));
+    registration = std::make_unique<ServiceRegistration<Plain>>(context.RegisterService<Plain>(object));
+    registration->Unregister();
+    EXPECT_FALSE(registration);
+    stopAndWait(framework);
+}
+
 TEST_F(DefinedListeners, areSafeFromTokensOfOtherFrameworks)
 {
     auto other = FrameworkFactory().NewFramework();
