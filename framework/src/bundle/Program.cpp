@@ -35,10 +35,14 @@ bool holdsBundles(std::string const& path) noexcept
 
 } // namespace
 
-std::string programFile()
+std::string const& programFile()
 {
-    std::error_code failed;
-    return std::filesystem::read_symlink("/proc/self/exe", failed).string();
+    // Never destroyed: bundles may start while the process ends.
+    static auto const& path = *new std::string([] {
+        std::error_code failed;
+        return std::filesystem::read_symlink("/proc/self/exe", failed).string();
+    }());
+    return path;
 }
 
 bool programHoldsBundles()

@@ -6,7 +6,9 @@ namespace cppmicroservices::detail::core {
 
 /// The file of the program that this process runs; "" when it cannot be told. It is a bundle file like others when an
 /// archive was appended to it, only that its code is loaded already.
-std::string programFile();
+///
+/// @cost a question to the system at the first call, nothing later
+std::string const& programFile();
 
 /// Whether the program's file ends with an archive in which at least one bundle has a manifest.
 ///
