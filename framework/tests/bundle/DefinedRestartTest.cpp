@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <stdexcept>
 #include <string>
 
@@ -42,6 +43,12 @@ TEST_F(DefinedRestart, startsBundlesAfterInitAsInTheFirstRun)
     EXPECT_EQ(Bundle::STATE_ACTIVE, bundle.GetState());
     framework.Start();
     EXPECT_EQ(Bundle::STATE_ACTIVE, bundle.GetState());
+}
+
+TEST_F(DefinedRestart, hasAUuidInTheUsualForm)
+{
+    auto const uuid = context.GetProperty(Constants::FRAMEWORK_UUID).ToString();
+    EXPECT_TRUE(std::regex_match(uuid, std::regex("[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}"))) << uuid;
 }
 
 TEST(DefinedConfiguration, isRefusedAsOftenAsItIsTried)

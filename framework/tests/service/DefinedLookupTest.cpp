@@ -34,6 +34,11 @@ TEST_F(DefinedLookup, findsWhatHasEachOfTwoClasses)
                 ElementsAre(ServiceReferenceU(both.GetReference())));
 }
 
+TEST_F(DefinedLookup, ordersDefaultConstructedReferences)
+{
+    EXPECT_FALSE(ServiceReferenceU() < ServiceReferenceU());
+}
+
 TEST_F(DefinedLookup, noticesARankingInAnySpelling)
 {
     auto first = context.RegisterService<Plain>(object);
