@@ -66,8 +66,11 @@ std::string written(const Any& value)
         require(std::isfinite(*number), "numbers are finite");
         return written(*number);
     }
-    require(any_cast<std::string>(&value) || any_cast<int>(&value) || any_cast<bool>(&value),
-            "a value has one of the types of a manifest");
+    if (const auto* const text = any_cast<std::string>(&value)) {
+        // Reading takes a percent sign at the beginning away.
+        return quoted(text->rfind('%', 0) == 0 ? '%' + *text : *text);
+    }
+    require(any_cast<int>(&value) || any_cast<bool>(&value), "a value has one of the types of a manifest");
     return value.ToJSON();
 }
 
