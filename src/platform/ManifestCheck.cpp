@@ -40,7 +40,9 @@ public:
     bool String(const char* text, rapidjson::SizeType length, bool /*copy*/)
     {
         if (isVersion()) {
-            version = std::string{text, length};
+            // Frameworks take a percent sign at the beginning of a text for the mark of one to be translated.
+            const std::string_view whole{text, length};
+            version = std::string{whole.substr(whole.rfind('%', 0) == 0 ? 1 : 0)};
         }
         return value();
     }

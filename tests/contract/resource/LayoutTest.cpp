@@ -65,6 +65,9 @@ TEST_F(Layout, leavesOutThePercentSignOfTextsToBeTranslated)
     EXPECT_EQ(" %x", headers.at("later").ToString());
     EXPECT_EQ("[z,{in : w}]", headers.at("list").ToString());
     EXPECT_EQ("value", headers.at("%key").ToString());
+    auto const ofVersion =
+        install("version", {{"m/manifest.json", R"({"bundle.symbolic_name": "m", "bundle.version": "%1.2"})"}});
+    EXPECT_EQ("1.2.0", ofVersion.GetVersion().ToString());
 }
 
 } // namespace

@@ -41,6 +41,9 @@ TEST(ManifestCheck, GivenVersion_WhenChecked_ThenItIsPrintedAsFrameworksDo)
     EXPECT_EQ(checkManifest(R"({"Bundle.Version": "2", "bundle.version": "3"})").version, "2.0.0");
     EXPECT_EQ(checkManifest(R"({"a": {"bundle.version": "4"}})").version, "0.0.0");
     EXPECT_EQ(checkManifest(R"({"bundle.version": "x"})").version, "");
+    EXPECT_EQ(checkManifest(R"({"bundle.version": "%1.2"})").version, "1.2.0");
+    EXPECT_EQ(checkManifest(R"({"bundle.version": "%%1.2"})").version, "0.2.0");
+    EXPECT_EQ(checkManifest(R"({"bundle.version": "1.2%"})").version, "1.2.0");
 }
 
 TEST(ManifestCheck, GivenVersionThatTheFrameworkLeavesOut_WhenChecked_ThenTheNextOneCounts)
