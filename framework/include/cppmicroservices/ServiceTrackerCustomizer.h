@@ -8,12 +8,32 @@
 
 namespace cppmicroservices {
 
+namespace detail {
+
+/// What a service tracker asks and tells its customizer, for services of the interface S and objects of the type
+/// Object.
+template <class S, class Object>
+struct ServiceTrackerCalls {
+    virtual ~ServiceTrackerCalls() = default;
+
+    /// Makes what is to be kept for a service; null: the service is not tracked, until its next change asks again.
+    virtual std::shared_ptr<Object> AddingService(ServiceReference<S> const& reference) = 0;
+
+    /// The properties of a tracked service have changed.
+    virtual void ModifiedService(ServiceReference<S> const& reference, std::shared_ptr<Object> const& service) = 0;
+
+    /// The service is no longer tracked.
+    virtual void RemovedService(ServiceReference<S> const& reference, std::shared_ptr<Object> const& service) = 0;
+};
+
+} // namespace detail
+
 /// Decides what a ServiceTracker keeps for a service, and is told what becomes of it.
 ///
 /// The three functions run in the thread that causes the change, with no lock held, and several threads may call them
 /// at a time.
 template <class S, class T = S>
-struct ServiceTrackerCustomizer {
+struct ServiceTrackerCustomizer : detail::ServiceTrackerCalls<S, T> {
     struct TypeTraits {
         using ServiceType = S;
         using TrackedType = T;
@@ -26,24 +46,11 @@ struct ServiceTrackerCustomizer {
         }
     };
     using TrackedParamType = typename TypeTraits::TrackedParamType;
-
-    virtual ~ServiceTrackerCustomizer() = default;
-
-    /// Makes what is to be kept for a service; null: the service is not tracked, until its next change asks again.
-    virtual std::shared_ptr<TrackedParamType> AddingService(ServiceReference<S> const& reference) = 0;
-
-    /// The properties of a tracked service have changed.
-    virtual void ModifiedService(ServiceReference<S> const& reference,
-                                 std::shared_ptr<TrackedParamType> const& service) = 0;
-
-    /// The service is no longer tracked.
-    virtual void RemovedService(ServiceReference<S> const& reference,
-                                std::shared_ptr<TrackedParamType> const& service) = 0;
 };
 
 /// Keeps the service objects themselves.
 template <class S>
-struct ServiceTrackerCustomizer<S, S> {
+struct ServiceTrackerCustomizer<S, S> : detail::ServiceTrackerCalls<S, S> {
     struct TypeTraits {
         using ServiceType = S;
         using TrackedType = S;
@@ -52,18 +59,11 @@ struct ServiceTrackerCustomizer<S, S> {
         static std::shared_ptr<S> ConvertToTrackedType(std::shared_ptr<S> const& t) { return t; }
     };
     using TrackedParamType = typename TypeTraits::TrackedParamType;
-
-    virtual ~ServiceTrackerCustomizer() = default;
-    virtual std::shared_ptr<TrackedParamType> AddingService(ServiceReference<S> const& reference) = 0;
-    virtual void ModifiedService(ServiceReference<S> const& reference,
-                                 std::shared_ptr<TrackedParamType> const& service) = 0;
-    virtual void RemovedService(ServiceReference<S> const& reference,
-                                std::shared_ptr<TrackedParamType> const& service) = 0;
 };
 
 /// For services of whatever interface.
 template <class T>
-struct ServiceTrackerCustomizer<void, T> {
+struct ServiceTrackerCustomizer<void, T> : detail::ServiceTrackerCalls<void, T> {
     struct TypeTraits {
         using ServiceType = void;
         using TrackedType = T;
@@ -75,20 +75,12 @@ struct ServiceTrackerCustomizer<void, T> {
                                      "objects.");
         }
     };
-    using S = void;
     using TrackedParamType = typename TypeTraits::TrackedParamType;
-
-    virtual ~ServiceTrackerCustomizer() = default;
-    virtual std::shared_ptr<TrackedParamType> AddingService(ServiceReference<S> const& reference) = 0;
-    virtual void ModifiedService(ServiceReference<S> const& reference,
-                                 std::shared_ptr<TrackedParamType> const& service) = 0;
-    virtual void RemovedService(ServiceReference<S> const& reference,
-                                std::shared_ptr<TrackedParamType> const& service) = 0;
 };
 
 /// For services of whatever interface; keeps the maps of their interfaces.
 template <>
-struct ServiceTrackerCustomizer<void, void> {
+struct ServiceTrackerCustomizer<void, void> : detail::ServiceTrackerCalls<void, InterfaceMap const> {
     struct TypeTraits {
         using ServiceType = void;
         using TrackedType = void;
@@ -99,16 +91,7 @@ struct ServiceTrackerCustomizer<void, void> {
             return t;
         }
     };
-    using S = void;
-    using T = void;
     using TrackedParamType = TypeTraits::TrackedParamType;
-
-    virtual ~ServiceTrackerCustomizer() = default;
-    virtual std::shared_ptr<TrackedParamType> AddingService(ServiceReference<S> const& reference) = 0;
-    virtual void ModifiedService(ServiceReference<S> const& reference,
-                                 std::shared_ptr<TrackedParamType> const& service) = 0;
-    virtual void RemovedService(ServiceReference<S> const& reference,
-                                std::shared_ptr<TrackedParamType> const& service) = 0;
 };
 
 } // namespace cppmicroservices

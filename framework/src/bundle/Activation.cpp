@@ -9,7 +9,6 @@
 
 #include "cppmicroservices/SharedLibraryException.h"
 
-#include <exception>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -71,16 +70,8 @@ void Activation::stop(std::shared_ptr<BundleContextPrivate> const& context)
 
 void Activation::destroy()
 {
-    std::exception_ptr fault;
     if (auto* const activator = std::exchange(m_activator, nullptr)) {
-        try {
-            m_symbols.destroy(activator);
-        } catch (...) {
-            fault = std::current_exception();
-        }
-    }
-    if (fault) {
-        std::rethrow_exception(fault);
+        m_symbols.destroy(activator);
     }
 }
 

@@ -8,6 +8,7 @@
 #include "framework/FrameworkCore.h"
 #include "framework/HandleAccess.h"
 #include "service/ServiceRegistry.h"
+#include "value/Reason.h"
 
 #include "cppmicroservices/SecurityException.h"
 #include "cppmicroservices/SharedLibraryException.h"
@@ -31,17 +32,6 @@ ForeignCodeLock& takeLifecycle(BundleRecord& bundle, char const* operation)
                                  "which is starting or stopping the bundle waits for; it could never end.");
     }
     return bundle.lifecycleLock();
-}
-
-std::string currentReason()
-{
-    try {
-        throw;
-    } catch (std::exception const& e) {
-        return e.what();
-    } catch (...) {
-        return "unknown";
-    }
 }
 
 /// Asks the framework's validation function, if there is one.

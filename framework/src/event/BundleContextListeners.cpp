@@ -18,6 +18,21 @@ detail::core::ListenerRegistry& listenersOf(detail::core::ContextAccess const& o
     return own.core->events().listeners();
 }
 
+/// Adds the listener that the arguments describe.
+template <class... What>
+ListenerToken addTo(std::shared_ptr<BundleContextPrivate> const& context, What const&... what)
+{
+    auto const own = access(context);
+    return HandleAccess::token(listenersOf(own).add(*own.context, what...));
+}
+
+template <class... Which>
+void removeFrom(std::shared_ptr<BundleContextPrivate> const& context, Which const&... which)
+{
+    auto const own = access(context);
+    listenersOf(own).remove(*own.context, which...);
+}
+
 } // namespace
 
 ListenerToken BundleContext::AddServiceListener(ServiceListener const& listener, std::string const& filter)
@@ -28,8 +43,7 @@ ListenerToken BundleContext::AddServiceListener(ServiceListener const& listener,
 ListenerToken BundleContext::AddServiceListener(ServiceListener const& listener, void* receiver,
                                                 std::string const& filter)
 {
-    auto const own = access(m_context);
-    return HandleAccess::token(listenersOf(own).add(*own.context, listener, receiver, filter));
+    return addTo(m_context, listener, receiver, filter);
 }
 
 void BundleContext::RemoveServiceListener(ServiceListener const& listener)
@@ -39,8 +53,7 @@ void BundleContext::RemoveServiceListener(ServiceListener const& listener)
 
 void BundleContext::RemoveServiceListener(ServiceListener const& listener, void* receiver)
 {
-    auto const own = access(m_context);
-    listenersOf(own).remove(*own.context, listener, receiver);
+    removeFrom(m_context, listener, receiver);
 }
 
 ListenerToken BundleContext::AddBundleListener(BundleListener const& listener)
@@ -50,8 +63,7 @@ ListenerToken BundleContext::AddBundleListener(BundleListener const& listener)
 
 ListenerToken BundleContext::AddBundleListener(BundleListener const& listener, void* receiver)
 {
-    auto const own = access(m_context);
-    return HandleAccess::token(listenersOf(own).add(*own.context, listener, receiver));
+    return addTo(m_context, listener, receiver);
 }
 
 void BundleContext::RemoveBundleListener(BundleListener const& listener)
@@ -61,8 +73,7 @@ void BundleContext::RemoveBundleListener(BundleListener const& listener)
 
 void BundleContext::RemoveBundleListener(BundleListener const& listener, void* receiver)
 {
-    auto const own = access(m_context);
-    listenersOf(own).remove(*own.context, listener, receiver);
+    removeFrom(m_context, listener, receiver);
 }
 
 ListenerToken BundleContext::AddFrameworkListener(FrameworkListener const& listener)
@@ -72,8 +83,7 @@ ListenerToken BundleContext::AddFrameworkListener(FrameworkListener const& liste
 
 ListenerToken BundleContext::AddFrameworkListener(FrameworkListener const& listener, void* receiver)
 {
-    auto const own = access(m_context);
-    return HandleAccess::token(listenersOf(own).add(*own.context, listener, receiver));
+    return addTo(m_context, listener, receiver);
 }
 
 void BundleContext::RemoveFrameworkListener(FrameworkListener const& listener)
@@ -83,14 +93,12 @@ void BundleContext::RemoveFrameworkListener(FrameworkListener const& listener)
 
 void BundleContext::RemoveFrameworkListener(FrameworkListener const& listener, void* receiver)
 {
-    auto const own = access(m_context);
-    listenersOf(own).remove(*own.context, listener, receiver);
+    removeFrom(m_context, listener, receiver);
 }
 
 void BundleContext::RemoveListener(ListenerToken token)
 {
-    auto const own = access(m_context);
-    listenersOf(own).remove(*own.context, HandleAccess::id(token));
+    removeFrom(m_context, HandleAccess::id(token));
 }
 
 } // namespace cppmicroservices

@@ -4,6 +4,7 @@
 #include "framework/HandleAccess.h"
 #include "ldap/FilterAccess.h"
 #include "service/ServiceRecord.h"
+#include "value/Reason.h"
 
 #include "cppmicroservices/Constants.h"
 
@@ -13,18 +14,6 @@
 namespace cppmicroservices::detail::core {
 
 namespace {
-
-/// The reason of the exception being handled.
-std::string reason()
-{
-    try {
-        throw;
-    } catch (std::exception const& e) {
-        return e.what();
-    } catch (...) {
-        return "unknown";
-    }
-}
 
 bool matches(FilteredListener const& listener, detail::ldap::PropertyTable const& properties)
 {
@@ -65,7 +54,7 @@ void Events::publish(BundleEvent::Type type, std::shared_ptr<BundleRecord> const
         }
     } catch (...) {
         // Only memory can be short here. An event never disturbs the operation that it tells of.
-        note("A bundle event was not delivered: " + reason());
+        note("A bundle event was not delivered: " + currentReason());
     }
 }
 
@@ -114,7 +103,7 @@ void Events::publish(ServiceEvent::Type type, std::shared_ptr<ServiceRecord> con
                     [&properties](FilteredListener const& listener) { return matches(listener, *properties); });
         }
     } catch (...) {
-        note("A service event was not delivered: " + reason());
+        note("A service event was not delivered: " + currentReason());
     }
 }
 
@@ -134,7 +123,7 @@ void Events::publishModified(std::shared_ptr<ServiceRecord> const& service, Prop
                     return !matches(listener, *properties) && matches(listener, *former);
                 });
     } catch (...) {
-        note("A service event was not delivered: " + reason());
+        note("A service event was not delivered: " + currentReason());
     }
 }
 
@@ -162,11 +151,11 @@ void Events::publish(FrameworkEvent::Type type, std::shared_ptr<BundleRecord> co
             try {
                 listener->call(event);
             } catch (...) {
-                note("Framework listener in " + listener->bundle->name() + " threw an exception: " + reason());
+                note("Framework listener in " + listener->bundle->name() + " threw an exception: " + currentReason());
             }
         }
     } catch (...) {
-        note("A framework event was not delivered: " + reason());
+        note("A framework event was not delivered: " + currentReason());
     }
 }
 

@@ -1,5 +1,7 @@
 #include "cppmicroservices/FrameworkEvent.h"
 
+#include "value/Reason.h"
+
 #include "cppmicroservices/Bundle.h"
 
 #include <ostream>
@@ -78,14 +80,7 @@ std::ostream& operator<<(std::ostream& os, FrameworkEvent const& evt)
     if (!evt.GetThrowable()) {
         return os << "NONE";
     }
-    try {
-        std::rethrow_exception(evt.GetThrowable());
-    } catch (std::exception const& e) {
-        os << e.what();
-    } catch (...) {
-        os << "unknown";
-    }
-    return os;
+    return os << detail::core::reasonOf(evt.GetThrowable());
 }
 
 bool operator==(FrameworkEvent const& rhs, FrameworkEvent const& lhs)
