@@ -2,7 +2,7 @@
 
 #include "ArchiveWriter.h"
 #include "ManifestText.h"
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -132,7 +132,7 @@ std::optional<std::time_t> lastModified(const std::string& path)
 /// The manifests in an archive are checked here, as whoever installs the bundle can only find out.
 void checkManifests(const std::string& archive)
 {
-    for (const auto& folder : ostrel::bundle_file::read(archive).folders) {
+    for (const auto& folder : ostrel::bundle_reader::read(archive).folders) {
         if (folder.manifest) {
             ManifestText::check(*folder.manifest, archive + " (" + folder.name + "/manifest.json)");
         }

@@ -1,6 +1,6 @@
 #include "platform/BundleFileCheck.h"
 
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 #include "platform/ManifestCheck.h"
 
 #include <algorithm>
@@ -11,10 +11,10 @@
 namespace ostrel::platform {
 namespace {
 
-using bundle_file::Archive;
-using bundle_file::Contents;
-using bundle_file::Folder;
-using bundle_file::Format;
+using bundle_reader::Archive;
+using bundle_reader::Contents;
+using bundle_reader::Folder;
+using bundle_reader::Format;
 
 constexpr bool embedded = OSTREL_EMBEDDED_FRAMEWORK != 0;
 
@@ -31,7 +31,7 @@ std::string quoted(const std::string& text)
 Contents readFile(const std::string& path)
 {
     try {
-        return bundle_file::read(path);
+        return bundle_reader::read(path);
     } catch (const std::system_error& error) {
         fail(quoted(path) + " cannot be read: " + error.code().message() + "; check the file and its permissions");
     }

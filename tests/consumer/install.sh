@@ -41,5 +41,5 @@ for file in "$prefix/$libdir"/cmake/ostrel_*/*.cmake; do
         ! grep -nF "$leak" "$file" || fail "$file holds the path $leak"
     done
 done
-! grep -niE 'libzip|rapidjson|bundle_file|warnings' "$prefix/$libdir"/cmake/ostrel_*/*Targets*.cmake ||
+! grep -niE 'libzip|rapidjson|bundle_reader|warnings' "$prefix/$libdir"/cmake/ostrel_*/*Targets*.cmake ||
     fail "private libraries are part of the exported targets"

@@ -1,7 +1,7 @@
 // Any bytes as a bundle file whose resources are read: the reader that unpacks entries one by one finds what the first
 // look at the file found.
-#include "bundle_file/ArchiveReader.h"
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/zip/ArchiveReader.h"
+#include "bundle_reader/BundleFile.h"
 #include "fuzz/FuzzTarget.h"
 
 #include <cstdlib>
@@ -13,7 +13,7 @@
 #include <unistd.h>
 
 using namespace ostrel;
-using namespace ostrel::bundle_file;
+using namespace ostrel::bundle_reader;
 
 namespace {
 

@@ -1,11 +1,11 @@
 // Any bytes as a bundle file: shared objects, archives, both, and what is neither.
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 #include "fuzz/FuzzTarget.h"
 
 #include <algorithm>
 
 using namespace ostrel;
-using namespace ostrel::bundle_file;
+using namespace ostrel::bundle_reader;
 
 namespace {
 

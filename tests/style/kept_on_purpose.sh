@@ -4,7 +4,7 @@
 set -euo pipefail
 cd -- "$1"
 folders=()
-for folder in include src bundle_file framework tools tests; do
+for folder in include src bundle_reader framework tools tests; do
     if [[ -d "$folder" ]]; then folders+=("$folder"); fi
 done
 status=0

@@ -36,11 +36,11 @@ check() {
 public_platform='"platform/(Utf16Path|DiagnosticLogger|InstallBundles|Export)\.h"'
 check include/container "$std|$framework_api|$public_platform|\"container/[A-Za-z]+\.h\""
 check src/container "$std|$framework_api|$boost_log|\"(container|platform)/[A-Za-z0-9]+\.h\""
-check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|<rapidjson/[a-z/]+\.h>|\"(platform|bundle_file)/[A-Za-z0-9]+\.h\""
-check bundle_file "$std|$posix|<zip\.h>|\"bundle_file/[A-Za-z0-9]+\.h\""
+check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|<rapidjson/[a-z/]+\.h>|\"platform/[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
+check bundle_reader "$std|$posix|<zip\.h>|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 check framework/include "$std|$framework_api"
-check framework/src "$std|$posix|$framework_api|<rapidjson/[a-z/]+\.h>|\"bundle_file/[A-Za-z0-9]+\.h\"" framework/src
-check framework/tools "$std|$posix|<zip\.h>|<rapidjson/[a-z/]+\.h>|\"bundle_file/[A-Za-z0-9]+\.h\""
+check framework/src "$std|$posix|$framework_api|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\"" framework/src
+check framework/tools "$std|$posix|<zip\.h>|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 installed="[<\"](container|platform)/(MicroServicesContainer|DiagnosticLog|Utf16Path|DiagnosticLogger|InstallBundles)\.h[>\"]"
 boost_for_hosts="$boost_log|<boost/((core|smart_ptr)/[a-z_]+|make_shared|shared_ptr)\.hpp>"
 check tools "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>" tools/host

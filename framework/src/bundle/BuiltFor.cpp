@@ -1,6 +1,6 @@
 #include "bundle/BuiltFor.h"
 
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -12,7 +12,7 @@ namespace cppmicroservices::detail::core {
 LibraryFile inspectLibrary(std::string const& location)
 {
     try {
-        auto contents = ostrel::bundle_file::read(location);
+        auto contents = ostrel::bundle_reader::read(location);
         return {std::move(contents.needed), contents.truncated ? std::move(contents.damage) : std::string()};
     } catch (std::system_error const&) {
         return {}; // who opens the file next reports it

@@ -5,7 +5,7 @@
 #include "bundle/BundleRegistry.h"
 #include "bundle/Manifest.h"
 #include "bundle/Program.h"
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 #include "event/Events.h"
 #include "framework/FrameworkCore.h"
 #include "resource/ResourceFile.h"
@@ -32,14 +32,14 @@ struct BundleRegistry::Candidate {
 
 namespace {
 
-ostrel::bundle_file::Contents read(std::string const& location)
+ostrel::bundle_reader::Contents read(std::string const& location)
 {
     struct stat found = {};
     if (stat(location.c_str(), &found) != 0 && (errno == ENOENT || errno == ENOTDIR)) {
         throw std::runtime_error(location + " does not exist");
     }
     try {
-        return ostrel::bundle_file::read(location);
+        return ostrel::bundle_reader::read(location);
     } catch (std::system_error const&) {
         // A folder, a file that may not be read: it holds no bundle, and so says the caller.
         return {};
@@ -70,7 +70,7 @@ std::vector<BundleRegistry::Candidate> BundleRegistry::candidatesIn(std::string 
                   [](Candidate const& a, Candidate const& b) { return a.name < b.name; });
         return candidates;
     }
-    if (contents.archive != ostrel::bundle_file::Archive::readable) {
+    if (contents.archive != ostrel::bundle_reader::Archive::readable) {
         throw std::runtime_error("Could not init zip archive for bundle at " + location);
     }
     if (folders.empty()) {

@@ -1,8 +1,8 @@
 #include "bundle/Program.h"
 
-#include "bundle_file/BundleFile.h"
-#include "bundle_file/FileBytes.h"
-#include "bundle_file/ZipLocator.h"
+#include "bundle_reader/BundleFile.h"
+#include "bundle_reader/file/FileBytes.h"
+#include "bundle_reader/zip/ZipLocator.h"
 
 #include <algorithm>
 #include <exception>
@@ -15,9 +15,9 @@ namespace {
 
 bool endsWithArchive(std::string const& path)
 {
-    ostrel::bundle_file::FileBytes const file(path);
-    std::uint64_t const length = std::min<std::uint64_t>(file.size(), ostrel::bundle_file::endRecordLimit);
-    return ostrel::bundle_file::endsLikeZip(file.read(file.size() - length, length));
+    ostrel::bundle_reader::FileBytes const file(path);
+    std::uint64_t const length = std::min<std::uint64_t>(file.size(), ostrel::bundle_reader::endRecordLimit);
+    return ostrel::bundle_reader::endsLikeZip(file.read(file.size() - length, length));
 }
 
 bool holdsBundles(std::string const& path) noexcept
@@ -26,7 +26,7 @@ bool holdsBundles(std::string const& path) noexcept
         if (path.empty() || !endsWithArchive(path)) {
             return false;
         }
-        auto const folders = ostrel::bundle_file::read(path).folders;
+        auto const folders = ostrel::bundle_reader::read(path).folders;
         return std::any_of(folders.begin(), folders.end(), [](auto const& folder) { return folder.manifest; });
     } catch (std::exception const&) {
         return false; // removed, or not to be read: whoever installs it by name is told

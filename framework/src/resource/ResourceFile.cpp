@@ -19,7 +19,7 @@ std::string absolute(std::string const& location)
 
 } // namespace
 
-ResourceFile::ResourceFile(std::string location, ostrel::bundle_file::Contents contents)
+ResourceFile::ResourceFile(std::string location, ostrel::bundle_reader::Contents contents)
     : m_location(std::move(location)), m_path(absolute(m_location)), m_contents(std::move(contents))
 {
     if (m_contents.moreFiles) {
@@ -33,7 +33,7 @@ ResourceFile::ResourceFile(std::string location, ostrel::bundle_file::Contents c
 
 std::shared_ptr<ResourceFile::Opened const> ResourceFile::open() const
 {
-    if (m_contents.archive != ostrel::bundle_file::Archive::readable) {
+    if (m_contents.archive != ostrel::bundle_reader::Archive::readable) {
         throw std::runtime_error("Could not init zip archive for bundle at " + m_location);
     }
     std::lock_guard<std::mutex> const lock(m_mutex);
@@ -45,8 +45,8 @@ std::shared_ptr<ResourceFile::Opened const> ResourceFile::open() const
 
 bool ResourceFile::isUnchanged() const
 {
-    return m_contents.stamp != ostrel::bundle_file::FileStamp() &&
-           m_contents.stamp == ostrel::bundle_file::stampOf(m_location);
+    return m_contents.stamp != ostrel::bundle_reader::FileStamp() &&
+           m_contents.stamp == ostrel::bundle_reader::stampOf(m_location);
 }
 
 } // namespace cppmicroservices::detail::core

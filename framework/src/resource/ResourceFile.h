@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bundle_file/ArchiveReader.h"
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/zip/ArchiveReader.h"
+#include "bundle_reader/BundleFile.h"
 #include "resource/ResourceTable.h"
 
 #include <memory>
@@ -19,16 +19,16 @@ namespace cppmicroservices::detail::core {
 class ResourceFile {
 public:
     struct Opened {
-        explicit Opened(std::string const& location, ostrel::bundle_file::Contents const& contents)
+        explicit Opened(std::string const& location, ostrel::bundle_reader::Contents const& contents)
             : reader(location, contents), table(reader.entries())
         {
         }
-        ostrel::bundle_file::ArchiveReader reader;
+        ostrel::bundle_reader::ArchiveReader reader;
         ResourceTable table;
     };
 
     /// @param contents  what was found in the file when it was installed; the folders are not needed
-    ResourceFile(std::string location, ostrel::bundle_file::Contents contents);
+    ResourceFile(std::string location, ostrel::bundle_reader::Contents contents);
 
     /// @throws std::runtime_error that names the file when it has no archive, was removed or changed before it was
     ///         opened, or cannot be read
@@ -44,7 +44,7 @@ public:
 private:
     std::string const m_location;
     std::string const m_path; // the same, but independent of the current folder
-    ostrel::bundle_file::Contents const m_contents;
+    ostrel::bundle_reader::Contents const m_contents;
     mutable std::mutex m_mutex; // guards m_opened
     mutable std::shared_ptr<Opened const> m_opened;
 };

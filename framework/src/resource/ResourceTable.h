@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bundle_file/ArchiveReader.h"
+#include "bundle_reader/zip/ArchiveReader.h"
 
 #include <cstddef>
 #include <optional>
@@ -15,7 +15,7 @@ namespace cppmicroservices::detail::core {
 /// Only what has an entry of its own is there: a folder that is nothing but a part of other entries' names is not.
 class ResourceTable {
 public:
-    using Entry = ostrel::bundle_file::ArchiveReader::Entry;
+    using Entry = ostrel::bundle_reader::ArchiveReader::Entry;
     using Node = std::size_t;
 
     explicit ResourceTable(std::vector<Entry> const& entries);

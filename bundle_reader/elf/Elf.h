@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 
 /// What the headers of an ELF file tell.
 struct Elf {
@@ -22,4 +22,4 @@ bool beginsLikeElf(std::string_view bytes);
 /// anything.
 Elf readElf(std::string_view bytes);
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

@@ -1,16 +1,16 @@
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 
-#include "bundle_file/Elf.h"
-#include "bundle_file/FileBytes.h"
-#include "bundle_file/ZipArchive.h"
-#include "bundle_file/ZipLocator.h"
+#include "bundle_reader/elf/Elf.h"
+#include "bundle_reader/file/FileBytes.h"
+#include "bundle_reader/zip/ZipArchive.h"
+#include "bundle_reader/zip/ZipLocator.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <system_error>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 namespace {
 
 constexpr std::uint64_t fileLimit = std::uint64_t{2} << 30U;
@@ -72,4 +72,4 @@ Contents read(const std::string& path)
     return contents;
 }
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

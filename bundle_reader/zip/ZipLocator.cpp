@@ -1,6 +1,6 @@
-#include "bundle_file/ZipLocator.h"
+#include "bundle_reader/zip/ZipLocator.h"
 
-#include "bundle_file/ByteView.h"
+#include "bundle_reader/file/ByteView.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -8,7 +8,7 @@
 #include <optional>
 #include <utility>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 namespace {
 
 constexpr std::string_view entryMark{"PK\x03\x04"};
@@ -243,4 +243,4 @@ ZipPlace locateZip(std::string_view bytes, SearchIn where, std::uint64_t appende
     return {};
 }
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

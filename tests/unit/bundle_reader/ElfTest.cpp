@@ -1,11 +1,11 @@
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 #include "support/TemporaryDirectory.h"
 
 #include <gmock/gmock.h>
 
 #include <cstddef>
 
-using namespace ostrel::bundle_file;
+using namespace ostrel::bundle_reader;
 using namespace ostrel::test;
 using testing::Contains;
 using testing::IsEmpty;

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 
 enum class ByteOrder { little, big };
 
@@ -28,4 +28,4 @@ inline std::uint64_t numberAt(std::string_view bytes, std::uint64_t offset, std:
     return number;
 }
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "bundle_file/FileStamp.h"
+#include "bundle_reader/file/FileStamp.h"
 
 #include <cstdint>
 #include <string>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 
 /// The stamp of an open file; one that no file has when it cannot be told.
 FileStamp stampOf(int descriptor);
@@ -35,4 +35,4 @@ private:
     FileStamp m_stamp;
 };
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

@@ -1,6 +1,6 @@
-#include "bundle_file/ArchiveReader.h"
+#include "bundle_reader/zip/ArchiveReader.h"
 
-#include "bundle_file/FileBytes.h"
+#include "bundle_reader/file/FileBytes.h"
 
 #include <zip.h>
 
@@ -14,7 +14,7 @@
 #include <unistd.h>
 #include <utility>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 namespace {
 
 [[noreturn]] void fail(const std::string& path, const std::string& why)
@@ -140,4 +140,4 @@ std::string ArchiveReader::read(std::size_t entry) const
     return data;
 }
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

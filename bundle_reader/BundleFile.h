@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bundle_file/FileStamp.h"
+#include "bundle_reader/file/FileStamp.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +14,7 @@
 /// The embedded framework and installBundles() both need to know what a file holds before anything of it is loaded:
 /// its kind, the libraries that it needs, and the manifests in its archive. This small static library is the one place
 /// that knows; it depends on nothing of the project.
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 
 enum class Format {
     other, ///< neither of the two below: text, an image, an empty file, an ELF file that is no shared object …
@@ -74,4 +74,4 @@ FileStamp stampOf(const std::string& path);
 /// @locks  none
 Contents inspect(std::string_view bytes);
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

@@ -1,4 +1,4 @@
-#include "bundle_file/ArchiveReader.h"
+#include "bundle_reader/zip/ArchiveReader.h"
 #include "support/TemporaryDirectory.h"
 #include "unit/ZipText.h"
 
@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace ostrel::bundle_file;
+using namespace ostrel::bundle_reader;
 using ostrel::test::zipText;
 using ::testing::HasSubstr;
 

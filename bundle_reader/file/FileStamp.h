@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 
 /// Which file it was, and in which state: equal as long as the file was neither replaced nor written to. Renaming or
 /// removing it changes nothing.
@@ -21,4 +21,4 @@ struct FileStamp {
     bool operator!=(const FileStamp& other) const { return !(*this == other); }
 };
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

@@ -1,6 +1,6 @@
-#include "bundle_file/FileBytes.h"
+#include "bundle_reader/file/FileBytes.h"
 
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 
 #include <cerrno>
 #include <cstddef>
@@ -9,7 +9,7 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 namespace {
 
 FileStamp stampOf(const struct stat& status)
@@ -83,4 +83,4 @@ std::string FileBytes::read(std::uint64_t offset, std::uint64_t length) const
     return bytes;
 }
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

@@ -1,4 +1,4 @@
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 #include "support/TemporaryDirectory.h"
 #include "unit/ZipText.h"
 
@@ -6,7 +6,7 @@
 
 #include <system_error>
 
-using namespace ostrel::bundle_file;
+using namespace ostrel::bundle_reader;
 using namespace ostrel::test;
 using testing::ElementsAre;
 using testing::Field;

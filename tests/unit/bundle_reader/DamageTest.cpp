@@ -1,4 +1,4 @@
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 #include "support/TemporaryDirectory.h"
 #include "unit/ZipText.h"
 
@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <random>
 
-using namespace ostrel::bundle_file;
+using namespace ostrel::bundle_reader;
 using namespace ostrel::test;
 using testing::IsEmpty;
 using testing::Not;

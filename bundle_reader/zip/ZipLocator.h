@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 
 enum class SearchIn {
     end,        ///< the archive ends where the file ends
@@ -38,4 +38,4 @@ bool endsLikeZip(std::string_view bytes);
 /// @param appendedFrom  where the shared object ends; 0 for a file that is no shared object
 ZipPlace locateZip(std::string_view bytes, SearchIn where, std::uint64_t appendedFrom);
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

@@ -1,13 +1,13 @@
-#include "bundle_file/Elf.h"
+#include "bundle_reader/elf/Elf.h"
 
-#include "bundle_file/ByteView.h"
+#include "bundle_reader/file/ByteView.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <elf.h>
 #include <optional>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 namespace {
 
 constexpr std::string_view magic{"\x7f"
@@ -220,4 +220,4 @@ Elf readElf(std::string_view bytes)
     return ElfReader{bytes}.read();
 }
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

@@ -1,4 +1,4 @@
-#include "bundle_file/ZipArchive.h"
+#include "bundle_reader/zip/ZipArchive.h"
 
 #include <zip.h>
 
@@ -11,7 +11,7 @@
 #include <strings.h>
 #include <utility>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 namespace {
 
 constexpr std::size_t allManifestsLimit = 4 * manifestLimit;
@@ -145,4 +145,4 @@ void readZip(std::string_view bytes, Contents& contents)
     }
 }
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bundle_file/BundleFile.h"
+#include "bundle_reader/BundleFile.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace ostrel::bundle_file {
+namespace ostrel::bundle_reader {
 
 /// An entry of more bytes is not unpacked.
 inline constexpr std::size_t entryLimit = std::size_t{1} << 30;
@@ -61,4 +61,4 @@ private:
     std::vector<Entry> m_entries;
 };
 
-} // namespace ostrel::bundle_file
+} // namespace ostrel::bundle_reader
