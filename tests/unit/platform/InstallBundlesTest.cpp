@@ -127,6 +127,18 @@ TEST_F(InstallBundles, GivenBundleInstalledByOtherSpelling_WhenInstalled_ThenItI
     EXPECT_EQ(install(), first);
 }
 
+TEST_F(InstallBundles, GivenTwoHardLinksInstalledByThemselves_WhenOneIsInstalled_ThenItsOwnBundleIsReturned)
+{
+    host.write("a", bundleZip("n", "1.0.0"));
+    fs::create_hard_link(inDirectory("a"), inDirectory("c"));
+    const auto first = host.context().InstallBundles(inDirectory("a").native());
+    host.write("a", bundleZip("n", "2.0.0"));
+    const auto second = host.context().InstallBundles(inDirectory("c").native());
+
+    EXPECT_EQ(install(inDirectory("a")), first);
+    EXPECT_EQ(install(inDirectory("c")), second);
+}
+
 TEST_F(InstallBundles, GivenNameThatIsNoUtf8_WhenDirectoryIsInstalled_ThenItIsInstalled)
 {
     const std::string name{"a\xff\xfe"};
