@@ -9,6 +9,8 @@
 namespace ostrel::bundle_reader {
 namespace {
 
+constexpr std::size_t smallFile = 65536;
+
 void readArchive(const ByteSource& source, const ZipPlaces& places, Contents& contents)
 {
     const ZipPlace place = locateZip(source, places);
@@ -92,7 +94,8 @@ Contents inspect(std::string_view bytes)
 Contents read(const std::string& path)
 {
     const FileBytes file{path};
-    Contents contents = inspect(file);
+    // A small file is read in one go, as each call of the system costs more than a few pages.
+    Contents contents = file.size() <= smallFile ? inspect(KeptBytes{file.text(0, smallFile)}) : inspect(file);
     contents.place.stamp = file.stamp();
     return contents;
 }

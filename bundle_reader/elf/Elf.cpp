@@ -138,8 +138,9 @@ void ElfReader::readTables()
     std::uint64_t sectionOfNames = m_numbers.number(0, elf::sectionOfNames);
 
     // Numbers too big for the header stand in the first section.
+    const bool tooBig = sections.count == 0 || segments.count == PN_XNUM || sectionOfNames == SHN_XINDEX;
     const std::uint64_t leastSection = m_numbers.sizeOf(elfSection);
-    if (sections.offset != 0 && fits(m_numbers.fileSize(), sections.offset, leastSection)) {
+    if (tooBig && sections.offset != 0 && fits(m_numbers.fileSize(), sections.offset, leastSection)) {
         const Section first = sectionAt(sections.offset);
         if (sections.count == 0) {
             sections.count = std::min<std::uint64_t>(first.size, 0xffffffffU);
