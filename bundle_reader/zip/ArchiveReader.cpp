@@ -1,6 +1,7 @@
 #include "bundle_reader/zip/ArchiveReader.h"
 
 #include "bundle_reader/file/SharedFile.h"
+#include "bundle_reader/zip/ZipReader.h"
 
 #include <stdexcept>
 #include <utility>

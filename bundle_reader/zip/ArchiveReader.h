@@ -2,7 +2,7 @@
 
 #include "bundle_reader/file/ByteSource.h"
 #include "bundle_reader/file/FileStamp.h"
-#include "bundle_reader/zip/ZipReader.h"
+#include "bundle_reader/zip/ZipEntry.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -41,6 +41,8 @@ struct OpenArchive {
 /// @param path  independent of the current folder
 /// @throws std::runtime_error with the file's name when it cannot be opened, or is no longer the one of the stamp
 OpenArchive openArchive(const std::string& path, const ArchivePlace& place);
+
+class ZipReader;
 
 /// Reads the entries of an archive one by one. All functions may be called from any thread.
 class ArchiveReader {

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "bundle_reader/file/ByteSource.h"
+#include "bundle_reader/zip/ZipEntry.h"
 
 #include <zip.h>
 
 #include <cstdint>
-#include <ctime>
 #include <exception>
 #include <memory>
 #include <string>
@@ -15,15 +15,6 @@ namespace ostrel::bundle_reader {
 /// Why an archive or an entry cannot be read. Thrown within this folder alone: who catches it names the file.
 struct ZipFault {
     std::string why;
-};
-
-/// What the directory says of an entry; none of it is proven before the entry is read.
-struct ZipEntry {
-    std::string name;             ///< bytes as in the archive; a folder's ends in '/'
-    std::uint64_t size = 0;       ///< unpacked
-    std::uint64_t packedSize = 0; ///< in the archive
-    std::uint32_t crc = 0;        ///< CRC-32 of the unpacked data
-    std::time_t lastModified = 0; ///< the format keeps it in local time and steps of two seconds
 };
 
 /// An open archive. The one place that reads archives by libzip: its errors become exceptions here, memory that failed

@@ -56,7 +56,7 @@ for folder in bundle_reader/*/; do
 done
 check framework/include "$std|$framework_api"
 check framework/src "$std|$posix|$framework_api|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\"" framework/src
-check framework/tools "$std|$posix|<zip\.h>|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
+check framework/tools "$std|$posix|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 installed="[<\"](container|platform)/(MicroServicesContainer|DiagnosticLog|Utf16Path|DiagnosticLogger|InstallBundles)\.h[>\"]"
 boost_for_hosts="$boost_log|<boost/((core|smart_ptr)/[a-z_]+|make_shared|shared_ptr)\.hpp>"
 check tools "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>" tools/host
