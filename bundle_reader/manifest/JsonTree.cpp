@@ -81,22 +81,28 @@ bool JsonTree::Bool(bool value)
 
 bool JsonTree::RawNumber(const char* digits, rapidjson::SizeType length, bool /*copy*/)
 {
-    JsonValue& value = place(Kind::number);
+    JsonValue number;
+    number.kind = Kind::number;
     if (vanishes({digits, length})) {
-        value.number = *digits == '-' ? -0.0 : 0.0;
-        return true;
-    }
-    NumberHandler handler{value};
-    rapidjson::MemoryStream stream{digits, length};
-    if (m_dialect == JsonDialect::strict) {
-        m_numbers.Parse<rapidjson::kParseDefaultFlags>(stream, handler);
+        number.number = *digits == '-' ? -0.0 : 0.0;
     } else {
-        m_numbers.Parse<rapidjson::kParseFullPrecisionFlag>(stream, handler);
+        NumberHandler handler{number};
+        rapidjson::MemoryStream stream{digits, length};
+        if (m_dialect == JsonDialect::strict) {
+            m_numbers.Parse<rapidjson::kParseDefaultFlags>(stream, handler);
+        } else {
+            m_numbers.Parse<rapidjson::kParseFullPrecisionFlag>(stream, handler);
+        }
     }
     // This version of the parser lets through a number that is too big by its last digits only.
-    return std::isfinite(value.number) ||
-           refuse(JsonFault::Kind::infiniteNumber, rapidjson::GetParseError_En(rapidjson::kParseErrorNumberTooBig),
-                  value.offset);
+    if (!std::isfinite(number.number)) {
+        return refuse(JsonFault::Kind::infiniteNumber, rapidjson::GetParseError_En(rapidjson::kParseErrorNumberTooBig));
+    }
+    JsonValue& value = place(number.kind);
+    value.integer = number.integer;
+    value.aboveSigned = number.aboveSigned;
+    value.number = number.number;
+    return true;
 }
 
 bool JsonTree::String(const char* text, rapidjson::SizeType length, bool /*copy*/)
@@ -134,8 +140,7 @@ bool JsonTree::open(Kind kind)
 {
     if (m_depth == m_open.size()) {
         return refuse(JsonFault::Kind::tooDeep,
-                      "The objects and arrays nest deeper than " + std::to_string(nestingLimit) + " levels.",
-                      gapAfterLast().end);
+                      "The objects and arrays nest deeper than " + std::to_string(nestingLimit) + " levels.");
     }
     JsonValue& value = place(kind);
     // The parser stands before the bracket or behind it, depending on its mode.
@@ -151,9 +156,9 @@ bool JsonTree::close()
     return true;
 }
 
-bool JsonTree::refuse(JsonFault::Kind kind, std::string words, std::size_t offset)
+bool JsonTree::refuse(JsonFault::Kind kind, std::string words)
 {
-    m_fault = JsonFault{kind, std::move(words), offset, pathTo(kind == JsonFault::Kind::tooDeep), false};
+    m_fault = JsonFault{kind, std::move(words), gapAfterLast().end, pathTo(true), false};
     return false;
 }
 

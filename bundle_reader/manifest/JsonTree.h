@@ -74,7 +74,7 @@ private:
     JsonValue& place(JsonValue::Kind kind);
     bool open(JsonValue::Kind kind);
     bool close();
-    bool refuse(JsonFault::Kind kind, std::string words, std::size_t offset);
+    bool refuse(JsonFault::Kind kind, std::string words);
     std::string pathTo(bool next) const;
 
     const JsonStream& m_stream;
