@@ -54,6 +54,7 @@ for folder in bundle_reader/*/; do
         wrong=1
     fi
 done
+check bundle_checker "$std|$posix|\"bundle_(checker|reader)/([a-z]+/)?[A-Za-z0-9]+\.h\""
 check framework/include "$std|$framework_api"
 check framework/src "$std|$posix|$framework_api|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\"" framework/src
 check framework/tools "$std|$posix|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
