@@ -82,7 +82,7 @@ bool checkNamed(const NamedManifest& manifest, Strictness strictness)
 {
     try {
         const bundle_reader::FileBytes file{manifest.path};
-        const std::string text = file.read(0, std::min(file.size(), sizeThatTells));
+        const std::string text = file.text(0, sizeThatTells);
         return writeFindings(std::cerr, manifest.path, text, checkManifest(text, manifest.name), strictness);
     } catch (const std::system_error& error) {
         writeFailure(error);

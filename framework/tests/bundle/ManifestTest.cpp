@@ -1,5 +1,6 @@
 #include "bundle/Manifest.h"
 
+#include "bundle_reader/manifest/Json.h"
 #include "contract/ThrownText.h"
 
 #include <gtest/gtest.h>
@@ -63,8 +64,9 @@ TEST(Manifest, mayNestAsDeepAsTheLimit)
         return R"({"a":)" + std::string(static_cast<std::size_t>(depth), '[') +
                std::string(static_cast<std::size_t>(depth), ']') + "}";
     };
-    EXPECT_EQ(1U, parseManifest(nested(detail::core::manifestDepthLimit - 1), "N", "/l").size());
-    EXPECT_EQ("The objects and arrays nest deeper than 200 levels.", failure(nested(detail::core::manifestDepthLimit)));
+    EXPECT_EQ(1U, parseManifest(nested(ostrel::bundle_reader::nestingLimit - 1), "N", "/l").size());
+    EXPECT_EQ("The objects and arrays nest deeper than 200 levels.",
+              failure(nested(ostrel::bundle_reader::nestingLimit)));
     EXPECT_EQ("The objects and arrays nest deeper than 200 levels.", failure(nested(5000000)));
 }
 
