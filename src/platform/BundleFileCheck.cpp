@@ -1,10 +1,11 @@
 #include "platform/BundleFileCheck.h"
 
 #include "bundle_reader/BundleFile.h"
+#include "platform/InstallError.h"
 #include "platform/ManifestCheck.h"
 
 #include <algorithm>
-#include <stdexcept>
+#include <new>
 #include <string_view>
 #include <system_error>
 
@@ -18,11 +19,6 @@ using bundle_reader::Format;
 
 constexpr bool embedded = OSTREL_EMBEDDED_FRAMEWORK != 0;
 
-[[noreturn]] void fail(const std::string& text)
-{
-    throw std::runtime_error{"installBundles: " + text};
-}
-
 std::string quoted(const std::string& text)
 {
     return "'" + text + "'";
@@ -33,7 +29,11 @@ Contents readFile(const std::string& path)
     try {
         return bundle_reader::read(path);
     } catch (const std::system_error& error) {
-        fail(quoted(path) + " cannot be read: " + error.code().message() + "; check the file and its permissions");
+        if (error.code() == std::errc::not_enough_memory) {
+            throw std::bad_alloc{};
+        }
+        failInstall(quoted(path) + " cannot be read: " + error.code().message() +
+                    "; check the file and its permissions");
     }
 }
 
@@ -46,10 +46,11 @@ bool endsInSo(const std::string& path)
 void refuseBroken(const std::string& path, const Contents& contents)
 {
     if (contents.truncated) {
-        fail("the shared object " + quoted(path) + " is truncated (" + contents.damage + "); build the bundle again");
+        failInstall("the shared object " + quoted(path) + " is truncated (" + contents.damage +
+                    "); build the bundle again");
     }
     if (contents.archive == Archive::damaged) {
-        fail("the archive in " + quoted(path) + " is damaged (" + contents.damage + "); build the bundle again");
+        failInstall("the archive in " + quoted(path) + " is damaged (" + contents.damage + "); build the bundle again");
     }
 }
 
@@ -87,26 +88,27 @@ void refuseForeign(const std::string& path, const Contents& contents)
         }
         const std::string needs = " (it needs " + quoted(needed) + ")";
         if (embedded) {
-            fail("the bundle " + quoted(path) + " was built for an installed CppMicroServices" + needs +
-                 ", but this program runs on the embedded framework; build the bundle with OSTREL_FRAMEWORK=embedded, "
-                 "or the program with OSTREL_FRAMEWORK=system");
+            failInstall(
+                "the bundle " + quoted(path) + " was built for an installed CppMicroServices" + needs +
+                ", but this program runs on the embedded framework; build the bundle with OSTREL_FRAMEWORK=embedded, "
+                "or the program with OSTREL_FRAMEWORK=system");
         }
-        fail("the bundle " + quoted(path) + " was built for the embedded framework" + needs +
-             ", but this program runs on an installed CppMicroServices; build the bundle with "
-             "OSTREL_FRAMEWORK=system, or the program with OSTREL_FRAMEWORK=embedded");
+        failInstall("the bundle " + quoted(path) + " was built for the embedded framework" + needs +
+                    ", but this program runs on an installed CppMicroServices; build the bundle with "
+                    "OSTREL_FRAMEWORK=system, or the program with OSTREL_FRAMEWORK=embedded");
     }
 }
 
 BundleIdentity identityOf(const std::string& path, const Folder& folder)
 {
     if (!folder.manifest) {
-        fail("the folder " + quoted(folder.name) + " in the archive of " + quoted(path) +
-             " has no manifest.json; each folder is one bundle and needs one");
+        failInstall("the folder " + quoted(folder.name) + " in the archive of " + quoted(path) +
+                    " has no manifest.json; each folder is one bundle and needs one");
     }
     ManifestCheck check = checkManifest(*folder.manifest);
     if (!check.fault.empty()) {
-        fail("the manifest of the bundle " + quoted(folder.name) + " in " + quoted(path) +
-             " is not valid JSON of an object (" + check.fault + "); correct it and build the bundle again");
+        failInstall("the manifest of the bundle " + quoted(folder.name) + " in " + quoted(path) +
+                    " is not valid JSON of an object (" + check.fault + "); correct it and build the bundle again");
     }
     return {folder.name, std::move(check.version)};
 }
@@ -122,7 +124,7 @@ std::vector<BundleIdentity> bundlesIn(const std::string& path, FileRole role)
     if (!why.empty()) {
         const bool plainLibrary = contents.format == Format::elf && contents.archive == Archive::none;
         if (role == FileRole::named || (endsInSo(path) && !plainLibrary)) {
-            fail(why);
+            failInstall(why);
         }
         return {};
     }
