@@ -1,16 +1,18 @@
 // Installing, starting, stopping and uninstalling bundles in files of their own.
 
 #include "support/CpuStopwatch.h"
+#include "support/LargeLibrary.h"
+#include "support/PeakMemory.h"
 #include "support/RunningFramework.h"
+#include "support/TemporaryDirectory.h"
 
 #include <cppmicroservices/Bundle.h>
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <cstdint>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -29,33 +31,6 @@ std::vector<std::string> filesOf(std::string const& kind)
     std::sort(files.begin(), files.end());
     return files;
 }
-
-/// A folder for copies that goes with the object.
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-    {
-        std::string pattern = (fs::temp_directory_path() / "ostrel_bench_XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("cannot make a folder like " + pattern + "; is its parent writable?");
-        }
-        m_path = pattern;
-    }
-
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        fs::remove_all(m_path, ignored);
-    }
-
-    TemporaryFolder(TemporaryFolder const&) = delete;
-    TemporaryFolder& operator=(TemporaryFolder const&) = delete;
-
-    fs::path const& path() const { return m_path; }
-
-private:
-    fs::path m_path;
-};
 
 /// Copies, which a process has not loaded before.
 std::vector<std::string> copied(std::vector<std::string> const& files, fs::path const& to)
@@ -117,6 +92,24 @@ void installBundle(benchmark::State& state)
     }
 }
 
+/// Question: what does the installation of a library cost as it grows by what nobody loads, debug information say?
+/// Expected: nothing; its headers and its archive are read, wherever they lie. Memory is what the process grows by.
+void installBundleOfSize(benchmark::State& state)
+{
+    bench::RunningFramework const framework;
+    ostrel::test::TemporaryDirectory const folder;
+    auto const file = (folder.path() / "large.so").string();
+    ostrel::test::writeLargeLibrary(file, ostrel::test::contentOf(filesOf("passive").front()),
+                                    static_cast<std::uint64_t>(state.range(0)) << 20U);
+    auto const before = bench::peakMemory();
+    for (auto _ : state) {
+        Bundles bundles;
+        state.SetIterationTime(bench::secondsEach(1, [&] { bundles = install(framework.context(), {file}); }));
+        std::for_each(bundles.begin(), bundles.end(), uninstall);
+    }
+    state.counters["grownMiB"] = static_cast<double>(bench::peakMemory() - before) / 1048576;
+}
+
 void uninstallBundle(benchmark::State& state)
 {
     bench::RunningFramework const framework;
@@ -133,7 +126,7 @@ void startBundleFirst(benchmark::State& state)
     bench::RunningFramework const framework;
     auto const files = filesOf("active");
     for (auto _ : state) {
-        TemporaryFolder const folder;
+        ostrel::test::TemporaryDirectory const folder;
         auto bundles = install(framework.context(), copied(files, folder.path()));
         state.SetIterationTime(secondsEachOf(bundles, start));
         std::for_each(bundles.begin(), bundles.end(), uninstall);
@@ -174,6 +167,14 @@ void frameworkUpAndDown(benchmark::State& state)
 } // namespace
 
 BENCHMARK(installBundle)->UseManualTime()->Iterations(100)->Unit(benchmark::kMicrosecond);
+BENCHMARK(installBundleOfSize)
+    ->ArgName("MiB")
+    ->Arg(0)
+    ->Arg(40)
+    ->Arg(400)
+    ->UseManualTime()
+    ->Iterations(100)
+    ->Unit(benchmark::kMicrosecond);
 BENCHMARK(uninstallBundle)->UseManualTime()->Iterations(100)->Unit(benchmark::kMicrosecond);
 // Each iteration leaves its libraries loaded, as no framework unloads one.
 BENCHMARK(startBundleFirst)->UseManualTime()->Iterations(5)->Unit(benchmark::kMicrosecond);

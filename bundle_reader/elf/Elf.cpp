@@ -1,27 +1,30 @@
 #include "bundle_reader/elf/Elf.h"
 
-#include "bundle_reader/file/ByteView.h"
+#include "bundle_reader/elf/ElfNumbers.h"
 
 #include <algorithm>
 #include <cstddef>
-#include <elf.h>
 #include <optional>
 
 namespace ostrel::bundle_reader {
 namespace {
 
-constexpr std::string_view magic{"\x7f"
-                                 "ELF"};
+constexpr std::string_view magic{ELFMAG, SELFMAG};
 // Far above what a linker writes; they keep a hostile file from costing much memory.
 constexpr std::size_t neededLimit = 4096;
 constexpr std::size_t neededNameLimit = 4096;
+constexpr std::size_t segmentLimit = 65536;
+constexpr std::size_t archiveSectionLimit = 16;
+
+/// Where archives are linked in: by this project's functions, and by those of an installed CppMicroServices.
+constexpr std::string_view archiveSectionNames[] = {".ostrel_bundle", ".us_resources"};
 
 struct Segment {
     std::uint64_t type, offset, address, fileSize;
 };
 
 struct Section {
-    std::uint64_t type, offset, size, info;
+    std::uint64_t name, type, offset, size, link, info;
 };
 
 struct Table {
@@ -30,45 +33,38 @@ struct Table {
 
 class ElfReader {
 public:
-    explicit ElfReader(std::string_view bytes) : m_bytes{bytes} {}
+    explicit ElfReader(const ByteSource& source) : m_numbers{source}, m_names{source} {}
 
     Elf read();
 
 private:
-    std::uint64_t number(std::uint64_t offset, std::size_t width) const
-    {
-        return numberAt(m_bytes, offset, width, m_order);
-    }
-    std::size_t word() const { return m_wide ? 8 : 4; }
-    Segment segmentAt(std::uint64_t at) const;
-    Section sectionAt(std::uint64_t at) const;
+    Segment segmentAt(std::uint64_t at);
+    Section sectionAt(std::uint64_t at);
     void cover(std::uint64_t offset, std::uint64_t length, const char* what);
     bool coverTable(const Table& table, std::uint64_t leastEntrySize, const char* what);
     void readTables();
+    void readSegments(const Table& segments);
+    void readSections(const Table& sections, const Section& names);
     void readNeeded();
     std::optional<std::uint64_t> fileOffset(std::uint64_t address) const;
 
-    std::string_view m_bytes;
-    bool m_wide = false;
-    ByteOrder m_order = ByteOrder::little;
-    std::vector<Segment> m_segments;
+    ElfNumbers m_numbers;
+    ByteWindow m_names;
+    std::vector<Segment> m_segments; // that are loaded, and the dynamic ones
     Elf m_elf;
 };
 
-Segment ElfReader::segmentAt(std::uint64_t at) const
+Segment ElfReader::segmentAt(std::uint64_t at)
 {
-    if (m_wide) {
-        return {number(at, 4), number(at + 8, 8), number(at + 16, 8), number(at + 32, 8)};
-    }
-    return {number(at, 4), number(at + 4, 4), number(at + 8, 4), number(at + 16, 4)};
+    return {m_numbers.number(at, elf::segmentType), m_numbers.number(at, elf::segmentOffset),
+            m_numbers.number(at, elf::segmentAddress), m_numbers.number(at, elf::segmentFileSize)};
 }
 
-Section ElfReader::sectionAt(std::uint64_t at) const
+Section ElfReader::sectionAt(std::uint64_t at)
 {
-    if (m_wide) {
-        return {number(at + 4, 4), number(at + 24, 8), number(at + 32, 8), number(at + 44, 4)};
-    }
-    return {number(at + 4, 4), number(at + 16, 4), number(at + 20, 4), number(at + 28, 4)};
+    return {m_numbers.number(at, elf::sectionName),   m_numbers.number(at, elf::sectionType),
+            m_numbers.number(at, elf::sectionOffset), m_numbers.number(at, elf::sectionSize),
+            m_numbers.number(at, elf::sectionLink),   m_numbers.number(at, elf::sectionInfo)};
 }
 
 void ElfReader::cover(std::uint64_t offset, std::uint64_t length, const char* what)
@@ -76,7 +72,7 @@ void ElfReader::cover(std::uint64_t offset, std::uint64_t length, const char* wh
     if (length == 0) {
         return;
     }
-    if (fits(m_bytes.size(), offset, length)) {
+    if (fits(m_numbers.fileSize(), offset, length)) {
         m_elf.end = std::max(m_elf.end, offset + length);
     } else if (!m_elf.truncated) {
         m_elf.truncated = true;
@@ -99,17 +95,52 @@ bool ElfReader::coverTable(const Table& table, std::uint64_t leastEntrySize, con
     return !m_elf.truncated;
 }
 
+void ElfReader::readSegments(const Table& segments)
+{
+    for (std::uint64_t index = 0; index < segments.count; ++index) {
+        const Segment segment = segmentAt(segments.offset + index * segments.entrySize);
+        cover(segment.offset, segment.fileSize, "a segment");
+        const bool isOfUse = segment.type == PT_LOAD || segment.type == PT_DYNAMIC;
+        if (isOfUse && m_segments.size() < segmentLimit) {
+            m_segments.push_back(segment);
+        }
+    }
+}
+
+void ElfReader::readSections(const Table& sections, const Section& names)
+{
+    for (std::uint64_t index = 0; index < sections.count; ++index) {
+        const Section section = sectionAt(sections.offset + index * sections.entrySize);
+        if (section.type == SHT_NULL || section.type == SHT_NOBITS) {
+            continue; // no bytes of the file
+        }
+        cover(section.offset, section.size, "a section");
+        const auto isNamed = [&](std::string_view name) {
+            const std::string_view there = m_names.at(names.offset + section.name, name.size() + 1);
+            return there.size() > name.size() && there.substr(0, name.size()) == name && there.back() == '\0';
+        };
+        if (section.type == SHT_PROGBITS && section.name < names.size && section.size != 0 &&
+            m_elf.archiveSections.size() < archiveSectionLimit &&
+            std::any_of(std::begin(archiveSectionNames), std::end(archiveSectionNames), isNamed)) {
+            m_elf.archiveSections.push_back({section.offset, section.size});
+        }
+    }
+    std::sort(m_elf.archiveSections.begin(), m_elf.archiveSections.end(),
+              [](const Extent& left, const Extent& right) { return left.offset < right.offset; });
+}
+
 void ElfReader::readTables()
 {
-    Table segments = m_wide ? Table{number(32, 8), number(54, 2), number(56, 2)}
-                            : Table{number(28, 4), number(42, 2), number(44, 2)};
-    Table sections = m_wide ? Table{number(40, 8), number(58, 2), number(60, 2)}
-                            : Table{number(32, 4), number(46, 2), number(48, 2)};
-    const std::uint64_t leastSegment = m_wide ? sizeof(Elf64_Phdr) : sizeof(Elf32_Phdr);
-    const std::uint64_t leastSection = m_wide ? sizeof(Elf64_Shdr) : sizeof(Elf32_Shdr);
+    Table segments{m_numbers.number(0, elf::segmentTable), m_numbers.number(0, elf::segmentEntrySize),
+                   m_numbers.number(0, elf::segmentCount)};
+    Table sections{m_numbers.number(0, elf::sectionTable), m_numbers.number(0, elf::sectionEntrySize),
+                   m_numbers.number(0, elf::sectionCount)};
+    std::uint64_t sectionOfNames = m_numbers.number(0, elf::sectionOfNames);
 
-    // Counts too big for the header stand in the first section.
-    if (sections.offset != 0 && fits(m_bytes.size(), sections.offset, leastSection)) {
+    // Numbers too big for the header stand in the first section.
+    const bool tooBig = sections.count == 0 || segments.count == PN_XNUM || sectionOfNames == SHN_XINDEX;
+    const std::uint64_t leastSection = m_numbers.sizeOf(elfSection);
+    if (tooBig && sections.offset != 0 && fits(m_numbers.fileSize(), sections.offset, leastSection)) {
         const Section first = sectionAt(sections.offset);
         if (sections.count == 0) {
             sections.count = std::min<std::uint64_t>(first.size, 0xffffffffU);
@@ -117,22 +148,17 @@ void ElfReader::readTables()
         if (segments.count == PN_XNUM) {
             segments.count = first.info;
         }
+        if (sectionOfNames == SHN_XINDEX) {
+            sectionOfNames = first.link;
+        }
     }
 
-    if (coverTable(segments, leastSegment, "the program header table")) {
-        for (std::uint64_t index = 0; index < segments.count; ++index) {
-            const Segment segment = segmentAt(segments.offset + index * segments.entrySize);
-            cover(segment.offset, segment.fileSize, "a segment");
-            m_segments.push_back(segment);
-        }
+    if (coverTable(segments, m_numbers.sizeOf(elfSegment), "the program header table")) {
+        readSegments(segments);
     }
     if (coverTable(sections, leastSection, "the section header table")) {
-        for (std::uint64_t index = 0; index < sections.count; ++index) {
-            const Section section = sectionAt(sections.offset + index * sections.entrySize);
-            if (section.type != SHT_NULL && section.type != SHT_NOBITS) {
-                cover(section.offset, section.size, "a section");
-            }
-        }
+        const bool hasNames = sectionOfNames < sections.count;
+        readSections(sections, hasNames ? sectionAt(sections.offset + sectionOfNames * sections.entrySize) : Section{});
     }
 }
 
@@ -156,9 +182,10 @@ void ElfReader::readNeeded()
     std::vector<std::uint64_t> names;
     std::uint64_t tableAddress = 0;
     std::uint64_t tableSize = 0;
-    for (std::uint64_t at = 0; fits(dynamic->fileSize, at, 2 * word()); at += 2 * word()) {
-        const std::uint64_t tag = number(dynamic->offset + at, word());
-        const std::uint64_t value = number(dynamic->offset + at + word(), word());
+    const std::uint64_t entrySize = m_numbers.sizeOf(elfDynamic);
+    for (std::uint64_t at = 0; fits(dynamic->fileSize, at, entrySize); at += entrySize) {
+        const std::uint64_t tag = m_numbers.number(dynamic->offset + at, elf::dynamicTag);
+        const std::uint64_t value = m_numbers.number(dynamic->offset + at, elf::dynamicValue);
         if (tag == DT_NULL) {
             break;
         }
@@ -174,10 +201,11 @@ void ElfReader::readNeeded()
     if (!tableOffset) {
         return;
     }
-    const std::string_view table = m_bytes.substr(*tableOffset, tableSize);
+    tableSize = std::min(tableSize, m_numbers.fileSize() - *tableOffset);
     for (const std::uint64_t name : names) {
-        if (name < table.size()) {
-            const std::string_view rest = table.substr(name, neededNameLimit);
+        if (name < tableSize) {
+            const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(neededNameLimit, tableSize - name));
+            const std::string_view rest = m_names.at(*tableOffset + name, length);
             m_elf.needed.emplace_back(rest.substr(0, rest.find('\0')));
         }
     }
@@ -185,19 +213,12 @@ void ElfReader::readNeeded()
 
 Elf ElfReader::read()
 {
-    const std::size_t leastHeader = sizeof(Elf32_Ehdr);
-    const char wideMark = m_bytes.size() > EI_CLASS ? m_bytes[EI_CLASS] : char{ELFCLASS64};
-    const char orderMark = m_bytes.size() > EI_DATA ? m_bytes[EI_DATA] : char{ELFDATA2LSB};
-    if ((wideMark != ELFCLASS32 && wideMark != ELFCLASS64) || (orderMark != ELFDATA2LSB && orderMark != ELFDATA2MSB)) {
+    if (!m_numbers.known()) {
         return m_elf;
     }
-    m_wide = wideMark == ELFCLASS64;
-    m_order = orderMark == ELFDATA2MSB ? ByteOrder::big : ByteOrder::little;
-    const std::uint64_t headerSize = m_wide ? sizeof(Elf64_Ehdr) : leastHeader;
-
-    m_elf.sharedObject = !fits(m_bytes.size(), 16, 2) || number(16, 2) == ET_DYN;
+    m_elf.sharedObject = !m_numbers.has(0, elf::fileType) || m_numbers.number(0, elf::fileType) == ET_DYN;
     if (m_elf.sharedObject) {
-        cover(0, headerSize, "the ELF header");
+        cover(0, m_numbers.sizeOf(elfHeader), "the ELF header");
         if (!m_elf.truncated) {
             readTables();
         }
@@ -215,9 +236,9 @@ bool beginsLikeElf(std::string_view bytes)
     return bytes.substr(0, magic.size()) == magic;
 }
 
-Elf readElf(std::string_view bytes)
+Elf readElf(const ByteSource& source)
 {
-    return ElfReader{bytes}.read();
+    return ElfReader{source}.read();
 }
 
 } // namespace ostrel::bundle_reader

@@ -1,7 +1,5 @@
 #include "bundle_reader/file/FileBytes.h"
 
-#include "bundle_reader/BundleFile.h"
-
 #include <cerrno>
 #include <cstddef>
 #include <fcntl.h>
@@ -12,7 +10,7 @@
 namespace ostrel::bundle_reader {
 namespace {
 
-FileStamp stampOf(const struct stat& status)
+FileStamp stampFrom(const struct stat& status)
 {
     return {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size), status.st_mtim.tv_sec,
             status.st_mtim.tv_nsec};
@@ -25,16 +23,10 @@ FileStamp stampOf(const struct stat& status)
 
 } // namespace
 
-FileStamp stampOf(int descriptor)
-{
-    struct stat status {};
-    return ::fstat(descriptor, &status) == 0 ? stampOf(status) : FileStamp{};
-}
-
 FileStamp stampOf(const std::string& path)
 {
     struct stat status {};
-    return ::stat(path.c_str(), &status) == 0 ? stampOf(status) : FileStamp{};
+    return ::stat(path.c_str(), &status) == 0 ? stampFrom(status) : FileStamp{};
 }
 
 FileBytes::FileBytes(const std::string& path) : m_path{path}
@@ -56,7 +48,7 @@ FileBytes::FileBytes(const std::string& path) : m_path{path}
         ::close(m_descriptor);
         fail(error, path);
     }
-    m_stamp = stampOf(status);
+    m_stamp = stampFrom(status);
 }
 
 FileBytes::~FileBytes()
@@ -64,13 +56,17 @@ FileBytes::~FileBytes()
     ::close(m_descriptor);
 }
 
-std::string FileBytes::read(std::uint64_t offset, std::uint64_t length) const
+FileStamp FileBytes::stampNow() const
 {
-    std::string bytes(length, '\0');
+    struct stat status {};
+    return ::fstat(m_descriptor, &status) == 0 ? stampFrom(status) : FileStamp{};
+}
+
+std::size_t FileBytes::read(std::uint64_t offset, char* to, std::size_t length) const
+{
     std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t count =
-            ::pread(m_descriptor, &bytes[done], bytes.size() - done, static_cast<off_t>(offset + done));
+    while (done < length) {
+        const ssize_t count = ::pread(m_descriptor, to + done, length - done, static_cast<off_t>(offset + done));
         if (count < 0 && errno != EINTR) {
             fail(errno, m_path);
         }
@@ -79,8 +75,7 @@ std::string FileBytes::read(std::uint64_t offset, std::uint64_t length) const
         }
         done += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
-    bytes.resize(done);
-    return bytes;
+    return done;
 }
 
 } // namespace ostrel::bundle_reader

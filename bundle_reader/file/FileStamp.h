@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace ostrel::bundle_reader {
 
@@ -20,5 +21,10 @@ struct FileStamp {
     }
     bool operator!=(const FileStamp& other) const { return !(*this == other); }
 };
+
+/// The stamp of the file at `path`; one that no file has when it cannot be told.
+///
+/// @cost  one call of the system; the file is not opened
+FileStamp stampOf(const std::string& path);
 
 } // namespace ostrel::bundle_reader

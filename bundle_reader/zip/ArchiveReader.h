@@ -1,10 +1,11 @@
 #pragma once
 
-#include "bundle_reader/BundleFile.h"
+#include "bundle_reader/file/ByteSource.h"
+#include "bundle_reader/file/FileStamp.h"
+#include "bundle_reader/zip/ZipEntry.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <ctime>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -15,26 +16,43 @@ namespace ostrel::bundle_reader {
 /// An entry of more bytes is not unpacked.
 inline constexpr std::size_t entryLimit = std::size_t{1} << 30;
 
-/// The archive of a bundle file, open for reading its entries one by one.
+/// An archive of at most so many bytes is kept in memory, as it is.
+inline constexpr std::size_t smallArchive = 65536;
+
+/// Where an archive is, once its file was read.
+struct ArchivePlace {
+    std::uint64_t begin = 0; ///< in the file
+    std::uint64_t end = 0;
+    FileStamp stamp;                        ///< of the file
+    std::shared_ptr<const ByteSource> kept; ///< the archive alone, when it is a small one; else null
+};
+
+/// An archive whose bytes can be read, whatever became of its file's name.
+struct OpenArchive {
+    std::string path; ///< for messages
+    std::shared_ptr<const ByteSource> bytes;
+    std::uint64_t begin = 0; ///< in the bytes
+    std::uint64_t end = 0;
+};
+
+/// Opens the file of an archive that is not kept in memory; it is closed again when many others are read. While it is
+/// open it may be removed or replaced.
 ///
-/// The file stays open, so that removing or replacing it changes nothing here. All functions may be called from any
-/// thread.
+/// @param path  independent of the current folder
+/// @throws std::runtime_error with the file's name when it cannot be opened, or is no longer the one of the stamp
+OpenArchive openArchive(const std::string& path, const ArchivePlace& place);
+
+class ZipReader;
+
+/// Reads the entries of an archive one by one. All functions may be called from any thread.
 class ArchiveReader {
 public:
-    /// What the archive's directory says; none of it is proven before the entry is read.
-    struct Entry {
-        std::string name;             ///< bytes as in the archive; a folder's ends in '/'
-        std::uint64_t size = 0;       ///< unpacked
-        std::uint64_t packedSize = 0; ///< in the archive
-        std::uint32_t crc = 0;        ///< CRC-32 of the unpacked data
-        std::time_t lastModified = 0; ///< the format keeps it in local time and steps of two seconds
-    };
+    using Entry = ZipEntry;
 
-    /// Opens the file whose contents read() has told, and reads the directory of its archive.
+    /// Reads the directory.
     ///
-    /// @throws std::runtime_error with the file's name when it cannot be opened, is no longer the one that was read,
-    ///         or its archive cannot be read
-    ArchiveReader(std::string path, const Contents& contents);
+    /// @throws std::runtime_error with the file's name when the archive cannot be read, or the file is gone
+    explicit ArchiveReader(OpenArchive archive);
     ArchiveReader(const ArchiveReader&) = delete;
     ArchiveReader& operator=(const ArchiveReader&) = delete;
     ~ArchiveReader();
@@ -46,18 +64,15 @@ public:
     ///
     /// @throws std::runtime_error with the names of entry and file when the data are damaged, have not the size that
     ///         the directory says, are more than entryLimit, are packed or encrypted in a way that cannot be read, or
-    ///         when the file was written to meanwhile
-    /// @locks  one for the file; entries of one file are read one after the other
+    ///         when the file was written to meanwhile or is gone; std::bad_alloc
+    /// @locks  one for the archive; its entries are read one after the other
     /// @cost   memory for what is really there, whatever size the directory says
     std::string read(std::size_t entry) const;
 
 private:
-    struct Handle;
-
-    const std::string m_path;
-    const FileStamp m_stamp;
-    mutable std::mutex m_mutex; // guards what m_handle leads to
-    std::unique_ptr<Handle> m_handle;
+    const OpenArchive m_archive;
+    mutable std::mutex m_mutex; // guards what m_reader leads to
+    std::unique_ptr<const ZipReader> m_reader;
     std::vector<Entry> m_entries;
 };
 

@@ -4,7 +4,8 @@
 ///
 /// The archive's bytes depend on nothing but the names and the manifests, so that a build can be repeated.
 
-#include "ArchiveWriter.h"
+#include "InputFile.h"
+#include "bundle_reader/zip/ArchiveWriter.h"
 
 #include <cstdlib>
 #include <exception>
@@ -25,7 +26,7 @@ int main(int argc, char* argv[])
             return EXIT_FAILURE;
         }
         constexpr int level = 6;
-        ArchiveWriter archive;
+        ostrel::bundle_reader::ArchiveWriter archive;
         for (std::size_t i = 1; i < arguments.size(); i += 2) {
             archive.addFile(arguments[i] + "/manifest.json", readFile(arguments[i + 1], "cannot read the manifest"),
                             level, std::nullopt);

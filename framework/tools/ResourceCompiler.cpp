@@ -1,8 +1,9 @@
 /// Packs resources into the archive of a bundle file; the back end of the CMake functions for resources.
 
-#include "ArchiveWriter.h"
+#include "InputFile.h"
 #include "ManifestText.h"
 #include "bundle_reader/BundleFile.h"
+#include "bundle_reader/zip/ArchiveWriter.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -149,7 +150,7 @@ std::string archiveFor(const Call& call)
     const std::string level = call.value('c');
     const int packing = level.empty() ? 6 : level.front() - '0';
     const std::string folder = call.value('n') + "/";
-    ArchiveWriter archive;
+    ostrel::bundle_reader::ArchiveWriter archive;
     if (!call.manifests.empty()) {
         ManifestText manifest;
         for (const auto& path : call.manifests) {

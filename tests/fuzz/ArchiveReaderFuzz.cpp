@@ -1,6 +1,5 @@
 // Any bytes as a bundle file whose resources are read: the reader that unpacks entries one by one finds what the first
 // look at the file found.
-#include "bundle_reader/zip/ArchiveReader.h"
 #include "bundle_reader/BundleFile.h"
 #include "fuzz/FuzzTarget.h"
 
@@ -74,7 +73,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     if (contents.archive != Archive::readable) {
         return 0;
     }
-    const ArchiveReader reader(file.path(), contents);
+    const ArchiveReader reader(openArchive(file.path(), contents.place));
     for (std::size_t i = 0; i < reader.entries().size(); ++i) {
         const auto bytes = unpacked(reader, i);
         fuzz::require(!bytes || bytes->size() == reader.entries()[i].size, "what is read has the promised size");

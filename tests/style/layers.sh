@@ -10,7 +10,9 @@ framework_api='[<"]cppmicroservices/[A-Za-z/]+\.h[>"]'
 boost_log='<boost/log/[a-z_/]+\.hpp>'
 wrong=0
 
-# check DIRECTORY ALLOWED OWN...: OWN are directories in which a header named in quotes may lie.
+# check DIRECTORY ALLOWED OWN...: OWN are directories in which a header named in quotes may lie. With `depth` set, the
+# folders in it are left out.
+depth=()
 check() {
     local directory=$1 allowed=$2 file include name own found
     shift 2
@@ -30,17 +32,31 @@ check() {
                 wrong=1
             fi
         done < <(sed -nE 's/^[[:space:]]*#[[:space:]]*include[[:space:]]*(<[^>]*>|"[^"]*").*/\1/p' "$file")
-    done < <(find "$directory" -type f \( -name '*.h' -o -name '*.cpp' \) -print0)
+    done < <(find "$directory" "${depth[@]}" -type f \( -name '*.h' -o -name '*.cpp' \) -print0)
 }
 
 public_platform='"platform/(Utf16Path|DiagnosticLogger|InstallBundles|Export)\.h"'
 check include/container "$std|$framework_api|$public_platform|\"container/[A-Za-z]+\.h\""
 check src/container "$std|$framework_api|$boost_log|\"(container|platform)/[A-Za-z0-9]+\.h\""
 check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|<rapidjson/[a-z/]+\.h>|\"platform/[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
-check bundle_reader "$std|$posix|<zip\.h>|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
+# The reader of bundle files: its folders, each with those below it. libzip is used in one of them, RapidJSON in another.
+reader_file='"bundle_reader/file/[A-Za-z0-9]+\.h"'
+check bundle_reader/file "$std|$posix|$reader_file"
+check bundle_reader/elf "$std|$posix|$reader_file|\"bundle_reader/elf/[A-Za-z0-9]+\.h\""
+check bundle_reader/zip "$std|$posix|$reader_file|<zip\.h>|\"bundle_reader/zip/[A-Za-z0-9]+\.h\""
+check bundle_reader/manifest "$std|$posix|<rapidjson/[a-z/]+\.h>|\"bundle_reader/manifest/[A-Za-z0-9]+\.h\""
+depth=(-maxdepth 1)
+check bundle_reader "$std|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
+depth=()
+for folder in bundle_reader/*/; do
+    if [[ -d "$folder" && ! "$folder" =~ ^bundle_reader/(file|elf|zip|manifest)/$ ]]; then
+        echo "$folder has no layer; give it one in this file"
+        wrong=1
+    fi
+done
 check framework/include "$std|$framework_api"
 check framework/src "$std|$posix|$framework_api|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\"" framework/src
-check framework/tools "$std|$posix|<zip\.h>|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
+check framework/tools "$std|$posix|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 installed="[<\"](container|platform)/(MicroServicesContainer|DiagnosticLog|Utf16Path|DiagnosticLogger|InstallBundles)\.h[>\"]"
 boost_for_hosts="$boost_log|<boost/((core|smart_ptr)/[a-z_]+|make_shared|shared_ptr)\.hpp>"
 check tools "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>" tools/host

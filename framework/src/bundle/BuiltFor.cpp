@@ -12,7 +12,7 @@ namespace cppmicroservices::detail::core {
 LibraryFile inspectLibrary(std::string const& location)
 {
     try {
-        auto contents = ostrel::bundle_reader::read(location);
+        auto contents = ostrel::bundle_reader::readHeaders(location);
         return {std::move(contents.needed), contents.truncated ? std::move(contents.damage) : std::string()};
     } catch (std::system_error const&) {
         return {}; // who opens the file next reports it

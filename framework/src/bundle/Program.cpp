@@ -1,8 +1,6 @@
 #include "bundle/Program.h"
 
 #include "bundle_reader/BundleFile.h"
-#include "bundle_reader/file/FileBytes.h"
-#include "bundle_reader/zip/ZipLocator.h"
 
 #include <algorithm>
 #include <exception>
@@ -13,17 +11,10 @@ namespace cppmicroservices::detail::core {
 
 namespace {
 
-bool endsWithArchive(std::string const& path)
-{
-    ostrel::bundle_reader::FileBytes const file(path);
-    std::uint64_t const length = std::min<std::uint64_t>(file.size(), ostrel::bundle_reader::endRecordLimit);
-    return ostrel::bundle_reader::endsLikeZip(file.read(file.size() - length, length));
-}
-
 bool holdsBundles(std::string const& path) noexcept
 {
     try {
-        if (path.empty() || !endsWithArchive(path)) {
+        if (path.empty() || !ostrel::bundle_reader::endsWithArchive(path)) {
             return false;
         }
         auto const folders = ostrel::bundle_reader::read(path).folders;

@@ -20,14 +20,6 @@ std::string library()
     return contentOf(UNIT_PLAIN_LIBRARY);
 }
 
-/// The plain library with `archive` in the room that it has for one.
-std::string libraryAround(const std::string& archive)
-{
-    std::string bytes = library();
-    bytes.replace(bytes.find("room!\x01\x02"), archive.size(), archive);
-    return bytes;
-}
-
 auto namesAre(const char* name)
 {
     return ElementsAre(Field(&Folder::name, name));
@@ -60,14 +52,6 @@ TEST(Archive, GivenZipWithComment_WhenRead_ThenItIsFound)
     const auto zip = zipText({{"n/manifest.json", "{}"}}, "a comment that says PK and more");
 
     EXPECT_THAT(inspect(library() + zip).folders, namesAre("n"));
-}
-
-TEST(Archive, GivenZipInsideOfLibrary_WhenRead_ThenItIsFound)
-{
-    const Contents contents = inspect(libraryAround(bundleZip("n")));
-
-    EXPECT_EQ(contents.archive, Archive::readable);
-    EXPECT_THAT(contents.folders, namesAre("n"));
 }
 
 TEST(Archive, GivenTwoAppended_WhenRead_ThenTheLastCounts)

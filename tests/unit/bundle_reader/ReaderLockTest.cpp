@@ -1,4 +1,4 @@
-#include "bundle_reader/zip/ArchiveReader.h"
+#include "bundle_reader/BundleFile.h"
 #include "support/NextDefinition.h"
 #include "support/TemporaryDirectory.h"
 #include "unit/ZipText.h"
@@ -134,7 +134,7 @@ TEST(ReaderLock, twoReadsOfOneFileNeverMeetInTheLibrary)
 {
     const ostrel::test::TemporaryDirectory directory;
     const std::string path = directory.write("file", ostrel::test::zipText({{"a/one", "1"}, {"a/two", "2"}})).string();
-    const ArchiveReader reader{path, read(path)};
+    const ArchiveReader reader{openArchive(path, read(path).place)};
     Watch seen;
     watch = &seen;
     std::string one;

@@ -1,17 +1,15 @@
 #pragma once
 
-#include <zip.h>
-
 #include <ctime>
-#include <list>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
+
+namespace ostrel::bundle_reader {
 
 /// Makes a zip archive in memory. Its bytes depend on nothing but what is added, so that a build can be repeated.
 ///
-/// All functions throw std::runtime_error with the entry's or file's name.
+/// All functions throw std::runtime_error with the entry's or file's name, or std::bad_alloc.
 class ArchiveWriter {
 public:
     ArchiveWriter();
@@ -31,29 +29,12 @@ public:
     /// Adds all entries of another archive.
     void merge(const std::string& path);
 
-    bool empty() const { return m_names.empty(); }
-
     /// The bytes of the archive; nothing can be added any more.
     std::string finish();
 
 private:
-    struct Discard {
-        void operator()(zip_t* archive) const { zip_discard(archive); }
-    };
-    struct Free {
-        void operator()(zip_source_t* source) const { zip_source_free(source); }
-    };
-
-    void claim(const std::string& name, const char* complaint);
-    [[noreturn]] void fail(const std::string& name) const;
-
-    std::unique_ptr<zip_source_t, Free> m_target;
-    std::list<std::string> m_bytes;                              // to which the archive refers until it is closed
-    std::list<std::unique_ptr<zip_t, Discard>> m_mergedArchives; // likewise
-    std::unique_ptr<zip_t, Discard> m_archive;
-    std::set<std::string> m_names;
+    struct Parts;
+    std::unique_ptr<Parts> m_parts;
 };
 
-/// All bytes of a file.
-/// @throws std::runtime_error with `what` and the file's name
-std::string readFile(const std::string& path, const std::string& what);
+} // namespace ostrel::bundle_reader
