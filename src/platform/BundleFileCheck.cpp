@@ -1,8 +1,10 @@
 #include "platform/BundleFileCheck.h"
 
 #include "bundle_reader/BundleFile.h"
+#include "bundle_reader/elf/FrameworkNeeded.h"
 #include "platform/InstallError.h"
 #include "platform/ManifestCheck.h"
+#include "platform/RunningFramework.h"
 
 #include <algorithm>
 #include <new>
@@ -16,8 +18,7 @@ using bundle_reader::Archive;
 using bundle_reader::Contents;
 using bundle_reader::Folder;
 using bundle_reader::Format;
-
-constexpr bool embedded = OSTREL_EMBEDDED_FRAMEWORK != 0;
+using bundle_reader::Framework;
 
 std::string quoted(const std::string& text)
 {
@@ -81,22 +82,21 @@ std::string whyNoBundle(const std::string& path, const Contents& contents)
 
 void refuseForeign(const std::string& path, const Contents& contents)
 {
-    constexpr std::string_view foreign = embedded ? "libCppMicroServices.so" : "libostrel_framework.so";
-    for (const std::string& needed : contents.needed) {
-        if (needed.compare(0, foreign.size(), foreign) != 0) {
-            continue;
-        }
-        const std::string needs = " (it needs " + quoted(needed) + ")";
-        if (embedded) {
-            failInstall(
-                "the bundle " + quoted(path) + " was built for an installed CppMicroServices" + needs +
-                ", but this program runs on the embedded framework; build the bundle with OSTREL_FRAMEWORK=embedded, "
-                "or the program with OSTREL_FRAMEWORK=system");
-        }
-        failInstall("the bundle " + quoted(path) + " was built for the embedded framework" + needs +
-                    ", but this program runs on an installed CppMicroServices; build the bundle with "
-                    "OSTREL_FRAMEWORK=system, or the program with OSTREL_FRAMEWORK=embedded");
+    const Framework running = runningFramework();
+    const bundle_reader::BuiltFor foreign = bundle_reader::builtFor(contents.needed, running);
+    if (running == Framework::none || foreign.framework == Framework::none) {
+        return;
     }
+    const std::string bundle = "the bundle " + quoted(path) + " was built for ";
+    const std::string needs = " (it needs " + quoted(foreign.needed) + ")";
+    if (running == Framework::embedded) {
+        failInstall(bundle + "an installed CppMicroServices" + needs +
+                    ", but this program runs on the embedded framework; build the bundle with "
+                    "OSTREL_FRAMEWORK=embedded, or the program with OSTREL_FRAMEWORK=system");
+    }
+    failInstall(bundle + "the embedded framework" + needs +
+                ", but this program runs on an installed CppMicroServices; build the bundle with "
+                "OSTREL_FRAMEWORK=system, or the program with OSTREL_FRAMEWORK=embedded");
 }
 
 BundleIdentity identityOf(const std::string& path, const Folder& folder)
