@@ -1,10 +1,13 @@
 #include "platform/BundleFileCheck.h"
 
 #include "bundle_reader/BundleFile.h"
+#include "bundle_reader/elf/FrameworkNeeded.h"
+#include "platform/InstallError.h"
 #include "platform/ManifestCheck.h"
+#include "platform/RunningFramework.h"
 
 #include <algorithm>
-#include <stdexcept>
+#include <new>
 #include <string_view>
 #include <system_error>
 
@@ -15,13 +18,7 @@ using bundle_reader::Archive;
 using bundle_reader::Contents;
 using bundle_reader::Folder;
 using bundle_reader::Format;
-
-constexpr bool embedded = OSTREL_EMBEDDED_FRAMEWORK != 0;
-
-[[noreturn]] void fail(const std::string& text)
-{
-    throw std::runtime_error{"installBundles: " + text};
-}
+using bundle_reader::Framework;
 
 std::string quoted(const std::string& text)
 {
@@ -33,7 +30,11 @@ Contents readFile(const std::string& path)
     try {
         return bundle_reader::read(path);
     } catch (const std::system_error& error) {
-        fail(quoted(path) + " cannot be read: " + error.code().message() + "; check the file and its permissions");
+        if (error.code() == std::errc::not_enough_memory) {
+            throw std::bad_alloc{};
+        }
+        failInstall(quoted(path) + " cannot be read: " + error.code().message() +
+                    "; check the file and its permissions");
     }
 }
 
@@ -46,10 +47,11 @@ bool endsInSo(const std::string& path)
 void refuseBroken(const std::string& path, const Contents& contents)
 {
     if (contents.truncated) {
-        fail("the shared object " + quoted(path) + " is truncated (" + contents.damage + "); build the bundle again");
+        failInstall("the shared object " + quoted(path) + " is truncated (" + contents.damage +
+                    "); build the bundle again");
     }
     if (contents.archive == Archive::damaged) {
-        fail("the archive in " + quoted(path) + " is damaged (" + contents.damage + "); build the bundle again");
+        failInstall("the archive in " + quoted(path) + " is damaged (" + contents.damage + "); build the bundle again");
     }
 }
 
@@ -80,33 +82,33 @@ std::string whyNoBundle(const std::string& path, const Contents& contents)
 
 void refuseForeign(const std::string& path, const Contents& contents)
 {
-    constexpr std::string_view foreign = embedded ? "libCppMicroServices.so" : "libostrel_framework.so";
-    for (const std::string& needed : contents.needed) {
-        if (needed.compare(0, foreign.size(), foreign) != 0) {
-            continue;
-        }
-        const std::string needs = " (it needs " + quoted(needed) + ")";
-        if (embedded) {
-            fail("the bundle " + quoted(path) + " was built for an installed CppMicroServices" + needs +
-                 ", but this program runs on the embedded framework; build the bundle with OSTREL_FRAMEWORK=embedded, "
-                 "or the program with OSTREL_FRAMEWORK=system");
-        }
-        fail("the bundle " + quoted(path) + " was built for the embedded framework" + needs +
-             ", but this program runs on an installed CppMicroServices; build the bundle with "
-             "OSTREL_FRAMEWORK=system, or the program with OSTREL_FRAMEWORK=embedded");
+    const Framework running = runningFramework();
+    const bundle_reader::BuiltFor foreign = bundle_reader::builtFor(contents.needed, running);
+    if (running == Framework::none || foreign.framework == Framework::none) {
+        return;
     }
+    const std::string bundle = "the bundle " + quoted(path) + " was built for ";
+    const std::string needs = " (it needs " + quoted(foreign.needed) + ")";
+    if (running == Framework::embedded) {
+        failInstall(bundle + "an installed CppMicroServices" + needs +
+                    ", but this program runs on the embedded framework; build the bundle with "
+                    "OSTREL_FRAMEWORK=embedded, or the program with OSTREL_FRAMEWORK=system");
+    }
+    failInstall(bundle + "the embedded framework" + needs +
+                ", but this program runs on an installed CppMicroServices; build the bundle with "
+                "OSTREL_FRAMEWORK=system, or the program with OSTREL_FRAMEWORK=embedded");
 }
 
 BundleIdentity identityOf(const std::string& path, const Folder& folder)
 {
     if (!folder.manifest) {
-        fail("the folder " + quoted(folder.name) + " in the archive of " + quoted(path) +
-             " has no manifest.json; each folder is one bundle and needs one");
+        failInstall("the folder " + quoted(folder.name) + " in the archive of " + quoted(path) +
+                    " has no manifest.json; each folder is one bundle and needs one");
     }
     ManifestCheck check = checkManifest(*folder.manifest);
     if (!check.fault.empty()) {
-        fail("the manifest of the bundle " + quoted(folder.name) + " in " + quoted(path) +
-             " is not valid JSON of an object (" + check.fault + "); correct it and build the bundle again");
+        failInstall("the manifest of the bundle " + quoted(folder.name) + " in " + quoted(path) +
+                    " is not valid JSON of an object (" + check.fault + "); correct it and build the bundle again");
     }
     return {folder.name, std::move(check.version)};
 }
@@ -122,7 +124,7 @@ std::vector<BundleIdentity> bundlesIn(const std::string& path, FileRole role)
     if (!why.empty()) {
         const bool plainLibrary = contents.format == Format::elf && contents.archive == Archive::none;
         if (role == FileRole::named || (endsInSo(path) && !plainLibrary)) {
-            fail(why);
+            failInstall(why);
         }
         return {};
     }

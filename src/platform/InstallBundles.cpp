@@ -1,12 +1,13 @@
 #include "platform/InstallBundles.h"
 
 #include "platform/BundleFileCheck.h"
+#include "platform/InstallError.h"
+#include "platform/RegularFiles.h"
 #include "platform/Utf8.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <new>
@@ -14,7 +15,6 @@
 #include <stdexcept>
 #include <string>
 #include <sys/stat.h>
-#include <system_error>
 #include <utility>
 
 namespace ostrel::platform {
@@ -22,20 +22,6 @@ namespace {
 
 using cppmicroservices::Bundle;
 using cppmicroservices::BundleContext;
-
-[[noreturn]] void fail(const std::string& text)
-{
-    throw std::runtime_error{"installBundles: " + text};
-}
-
-[[noreturn]] void failToRead(const std::string& path, int error)
-{
-    if (error == ENOENT) {
-        fail("'" + path + "' does not exist; check the path");
-    }
-    fail("'" + path + "' cannot be read: " + std::generic_category().message(error) +
-         "; check the path and its permissions");
-}
 
 std::string narrow(const Utf16Path& path)
 {
@@ -47,37 +33,13 @@ std::string narrow(const Utf16Path& path)
     try {
         converted = toUtf8(text);
     } catch (const std::runtime_error& error) {
-        fail(std::string{"the path cannot be used: "} + error.what());
+        failInstall(std::string{"the path cannot be used: "} + error.what());
     }
     if (converted.find('\0') != std::string::npos) {
-        fail("the path '" + std::string{converted.c_str()} + "' goes on after a zero character; give a path without");
+        failInstall("the path '" + std::string{converted.c_str()} +
+                    "' goes on after a zero character; give a path without");
     }
     return converted;
-}
-
-/// Names of the regular files in a directory, links to such included, in ascending byte order.
-std::vector<std::string> regularFiles(const std::string& directory)
-{
-    std::vector<std::string> names;
-    try {
-        for (const auto& entry : std::filesystem::directory_iterator{directory}) {
-            std::error_code error;
-            const auto status = entry.status(error);
-            // A link that leads nowhere or in a circle is no link to a file.
-            const bool leadsNowhere = status.type() == std::filesystem::file_type::not_found ||
-                                      error == std::errc::too_many_symbolic_link_levels;
-            if (error && !leadsNowhere) {
-                failToRead(entry.path().native(), error.value());
-            }
-            if (std::filesystem::is_regular_file(status)) {
-                names.push_back(entry.path().filename().native());
-            }
-        }
-    } catch (const std::filesystem::filesystem_error& error) {
-        failToRead(directory, error.code().value());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 std::string canonical(const std::string& path)
@@ -158,7 +120,7 @@ private:
                 throw; // the framework was stopped meanwhile; that is not the file's fault
             }
             refuseTwin(path, location, identities);
-            fail("the framework refused '" + path + "': " + error.what());
+            failInstall("the framework refused '" + path + "': " + error.what());
         }
     }
 
@@ -169,9 +131,9 @@ private:
             for (const BundleIdentity& identity : identities) {
                 if (bundle.GetLocation() != location && bundle.GetSymbolicName() == identity.symbolicName &&
                     bundle.GetVersion().ToString() == identity.version) {
-                    fail("'" + path + "' and '" + bundle.GetLocation() + "' both hold the bundle '" +
-                         identity.symbolicName + "', version " + identity.version +
-                         "; remove one of the files or give one another version");
+                    failInstall("'" + path + "' and '" + bundle.GetLocation() + "' both hold the bundle '" +
+                                identity.symbolicName + "', version " + identity.version +
+                                "; remove one of the files or give one another version");
                 }
             }
         }
@@ -202,7 +164,7 @@ std::vector<Bundle> installBundles(BundleContext context, const Utf16Path& path)
     } else if (S_ISREG(status.st_mode)) {
         installation.install(name, FileRole::named);
     } else {
-        fail("'" + name + "' is neither a directory nor a file; give the path of one");
+        failInstall("'" + name + "' is neither a directory nor a file; give the path of one");
     }
     return installation.take();
 }

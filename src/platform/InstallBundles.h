@@ -22,12 +22,13 @@ namespace ostrel::platform {
 /// Nothing is started and no code of a bundle runs.
 ///
 /// @param path  with its flag set, u'\\' is read as u'/'. File names in a directory are bytes, UTF-8 or not.
-/// @throws      the framework's own error, unchanged, when `context` is not valid; else std::runtime_error that names
-///              the file and the reason: nothing at the path, unreadable, a single file without bundles, a text file
-///              named like a library, a truncated library, a damaged archive, no manifest, a manifest that is not JSON,
-///              a bundle built for the other framework, two files with one symbolic name and version (names both), or
-///              what the framework says; also when `path` has an unpaired surrogate (with its offset). Bundles
-///              installed before the failing file stay installed.
+/// @throws      the framework's own error, unchanged, when `context` is not valid; std::bad_alloc when memory fails, so
+///              that a further attempt gives what this one should have; else std::runtime_error that names the file and
+///              the reason: nothing at the path, unreadable, a single file without bundles, a text file named like a
+///              library, a truncated library, a damaged archive, no manifest, a manifest that is not JSON, a bundle
+///              built for the other framework, two files with one symbolic name and version (names both), or what the
+///              framework says; also when `path` has an unpaired surrogate (with its offset). Bundles installed before
+///              the failing file stay installed.
 /// @locks       none
 /// @cost        reads each file that is a shared object or an archive, and asks for the status of each installed
 ///              bundle's file once

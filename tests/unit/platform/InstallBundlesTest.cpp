@@ -68,6 +68,7 @@ TEST_F(InstallBundles, GivenOtherFiles_WhenInstalled_ThenTheyAreSkipped)
     host.write("sub/inner.so", bundleZip("inner"));
     fs::create_symlink("nowhere", inDirectory("dangling.so"));
     fs::create_symlink("circle.so", inDirectory("circle.so"));
+    fs::create_symlink("readme.txt/inside", inDirectory("inside.so"));
     fs::create_directory_symlink("sub", inDirectory("sub.so"));
 
     EXPECT_THAT(namesOf(install()), ElementsAre("n"));
