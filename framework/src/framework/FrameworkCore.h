@@ -72,8 +72,11 @@ private:
 
     using Lock = std::unique_lock<std::mutex>;
 
-    /// Does the stop; m_stopping is true.
-    void runStop() noexcept;
+    /// Does the stop; m_stopping is true. When an activator ends the thread, another one does the rest.
+    void runStop();
+    void handStopOn();
+    void retireBundles();
+    void endStop();
     bool isUp() const;
     bool calledFromWithin();
     void waitForStopUnderWay(Lock& lock);
