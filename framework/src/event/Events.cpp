@@ -10,6 +10,7 @@
 
 #include <ostream>
 #include <sstream>
+#include <utility>
 
 namespace cppmicroservices::detail::core {
 
@@ -26,7 +27,38 @@ ServiceEvent eventOf(ServiceEvent::Type type, std::shared_ptr<ServiceRecord> con
     return {type, HandleAccess::reference(std::move(data))};
 }
 
+/// A call of a listener by this thread; they lie on its stack, those of all frameworks in one chain.
+struct Call {
+    explicit Call(Events const& whose) : events(whose), outer(std::exchange(innermost, this)) {}
+    Call(Call const&) = delete;
+    Call& operator=(Call const&) = delete;
+    ~Call() { innermost = outer; }
+
+    Events const& events;
+    Call const* const outer;
+
+    static thread_local Call const* innermost;
+};
+
+thread_local Call const* Call::innermost = nullptr;
+
 } // namespace
+
+bool Events::callsFromThisThread() const
+{
+    auto const* call = Call::innermost;
+    while (call != nullptr && &call->events != this) {
+        call = call->outer;
+    }
+    return call != nullptr;
+}
+
+template <class L, class Event>
+std::exception_ptr Events::call(L const& listener, Event const& event) const
+{
+    Call const call(*this);
+    return caughtFrom([&] { listener.call(event); });
+}
 
 void Events::publish(BundleEvent::Type type, std::shared_ptr<BundleRecord> const& bundle)
 {
@@ -45,7 +77,7 @@ void Events::publish(BundleEvent::Type type, std::shared_ptr<BundleRecord> const
             if (listener->removed.load()) {
                 continue;
             }
-            if (auto const thrown = caughtFrom([&] { listener->call(event); })) {
+            if (auto const thrown = call(*listener, event)) {
                 publish(FrameworkEvent::FRAMEWORK_ERROR, listener->bundle, "Bundle listener threw an exception",
                         thrown);
             }
@@ -81,7 +113,7 @@ void Events::deliver(ServiceEvent const& event, ServiceListenerCandidates const&
         if (listener.removed.load() || !wanted(listener)) {
             return;
         }
-        if (auto const thrown = caughtFrom([&] { listener.call(event); })) {
+        if (auto const thrown = call(listener, event)) {
             publish(FrameworkEvent::FRAMEWORK_ERROR, listener.bundle,
                     "Service listener in " + listener.bundle->name() + " threw an exception!", thrown);
         }
@@ -146,7 +178,7 @@ void Events::publish(FrameworkEvent::Type type, std::shared_ptr<BundleRecord> co
             if (listener->removed.load()) {
                 continue;
             }
-            if (auto const thrown = caughtFrom([&] { listener->call(event); })) {
+            if (auto const thrown = call(*listener, event)) {
                 note("Framework listener in " + listener->bundle->name() + " threw an exception: " + reasonOf(thrown));
             }
         }

@@ -50,10 +50,15 @@ public:
     void publish(FrameworkEvent::Type type, std::shared_ptr<BundleRecord> const& bundle, std::string const& message,
                  std::exception_ptr const& exception = nullptr);
 
+    /// Whether the calling thread is in a call of one of the listeners.
+    bool callsFromThisThread() const;
+
     /// A remark that is no event.
     void note(std::string const& text);
 
 private:
+    template <class L, class Event>
+    std::exception_ptr call(L const& listener, Event const& event) const;
     template <class Wanted>
     void deliver(ServiceEvent const& event, ServiceListenerCandidates const& candidates, Wanted&& wanted);
     ServiceListenerCandidates candidates(detail::ldap::PropertyTable const& properties);

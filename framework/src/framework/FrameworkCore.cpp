@@ -169,8 +169,31 @@ void FrameworkCore::stop()
     if (m_stopping || !isUp()) {
         return; // another thread was faster
     }
-    m_stopper = std::thread([core = shared_from_this()] { core->runStop(); });
-    m_stopping = true; // the thread waits for the lock before it looks at anything
+    try {
+        m_stopper = std::thread([core = shared_from_this()] { core->runStop(); });
+        m_stopping = true; // the thread waits for the lock before it looks at anything
+    } catch (std::exception const& e) {
+        lock.unlock();
+        stopHere(e.what());
+    }
+}
+
+void FrameworkCore::stopHere(char const* whyNoThread)
+{
+    if (calledFromWithin() || m_events->callsFromThisThread()) {
+        throw std::runtime_error(
+            "The framework cannot be stopped from inside an activator or a listener of its own bundles, as no thread "
+            "can be made that would do it (" +
+            std::string(whyNoThread) + "); call Stop() again later, or from elsewhere.");
+    }
+    {
+        Lock const lock(m_mutex);
+        if (m_stopping || !isUp()) {
+            return; // another thread was faster
+        }
+        m_stopping = true;
+    }
+    runStop();
 }
 
 void FrameworkCore::runStop()
