@@ -14,12 +14,12 @@ using Kind = JsonFault::Kind;
 
 constexpr unsigned flagsOf(JsonDialect dialect)
 {
-    // Numbers come as they are written, see JsonTree::RawNumber().
-    constexpr unsigned all = rapidjson::kParseNumbersAsStringsFlag;
-    constexpr unsigned commented = all | rapidjson::kParseIterativeFlag | rapidjson::kParseCommentsFlag;
+    // The parser has two modes with words that differ for a text like "}". The tools have always had this one.
+    constexpr unsigned commented =
+        rapidjson::kParseIterativeFlag | rapidjson::kParseCommentsFlag | rapidjson::kParseNumbersAsStringsFlag;
     switch (dialect) {
     case JsonDialect::strict:
-        return all;
+        return rapidjson::kParseDefaultFlags;
     case JsonDialect::commented:
         return commented;
     case JsonDialect::lenient:
@@ -80,7 +80,10 @@ Json read(std::string_view text)
     CheckedAllocator memory;
     JsonTree tree{stream, dialect, memory};
     JsonReader reader{&memory};
-    const rapidjson::ParseResult result = reader.Parse<flagsOf(dialect)>(stream, tree);
+    constexpr unsigned flags = flagsOf(dialect);
+    const rapidjson::ParseResult result =
+        mayHoldHugeExponent(text) ? reader.Parse<flags | rapidjson::kParseNumbersAsStringsFlag>(stream, tree)
+                                  : reader.Parse<flags>(stream, tree);
 
     Json json;
     if (result.Code() == rapidjson::kParseErrorTermination) {

@@ -33,10 +33,10 @@ struct JsonValue {
     };
 
     Kind kind = Kind::null;
-    std::size_t offset = 0; ///< of its first byte in the text
     bool boolean = false;
-    std::int64_t integer = 0; ///< of both kinds of integers; of one above the signed range: the same 64 bits
     bool aboveSigned = false; ///< wideInteger: `integer` is to be read as unsigned
+    std::size_t offset = 0;   ///< of its first byte in the text
+    std::int64_t integer = 0; ///< of both kinds of integers; of one above the signed range: the same 64 bits
     double number = 0;
     std::string text;                ///< UTF-8 if the manifest was and escapes no half of a pair; may hold zero bytes
     std::vector<JsonValue> items;    ///< of a list

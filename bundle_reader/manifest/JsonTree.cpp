@@ -2,6 +2,8 @@
 
 #include <rapidjson/error/en.h>
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -12,58 +14,46 @@ namespace {
 
 using Kind = JsonValue::Kind;
 
-/// Writes a number into a value.
-class NumberHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, NumberHandler> {
-public:
-    explicit NumberHandler(JsonValue& value) : m_value{value} {}
+/// How many digits of a negative exponent the parser can bear at least. It adds and negates exponents without a look at
+/// their size, and its sums run over for those next to the smallest int.
+constexpr std::size_t harmlessDigits = 8;
 
-    bool Int(int number) { return Int64(number); }
-    bool Uint(unsigned number) { return Int64(number); }
-
-    bool Int64(std::int64_t number)
-    {
-        const bool narrow = number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
-        m_value.kind = narrow ? Kind::integer : Kind::wideInteger;
-        m_value.integer = number;
-        return true;
-    }
-
-    bool Uint64(std::uint64_t number)
-    {
-        m_value.kind = Kind::wideInteger;
-        m_value.integer = static_cast<std::int64_t>(number);
-        m_value.aboveSigned = m_value.integer < 0;
-        return true;
-    }
-
-    bool Double(double number)
-    {
-        m_value.kind = Kind::number;
-        m_value.number = number;
-        return true;
-    }
-
-private:
-    JsonValue& m_value;
-};
-
-/// True for a number with so many digits in a negative exponent that it is 0. The parser's sums run over for those next
-/// to the smallest int, and what it reads then lies outside of its tables.
-bool vanishes(std::string_view digits)
+std::size_t countDigits(std::string_view text)
 {
-    constexpr std::size_t harmless = 8;
-    const std::size_t mark = digits.find_first_of("eE");
-    if (mark == std::string_view::npos || digits[mark + 1] != '-') {
-        return false;
+    return std::min(text.find_first_not_of("0123456789"), text.size());
+}
+
+std::string_view withoutZeros(std::string_view digits)
+{
+    return digits.substr(std::min(digits.find_first_not_of('0'), digits.size()));
+}
+
+/// Adds an element; most lists and maps get by with the memory of their first.
+template <typename Element>
+Element& added(std::vector<Element>& elements)
+{
+    constexpr std::size_t usual = 4;
+    if (elements.empty()) {
+        elements.reserve(usual);
     }
-    const std::size_t first = digits.find_first_not_of('0', mark + 2);
-    return first != std::string_view::npos && digits.size() - first > harmless;
+    return elements.emplace_back();
 }
 
 } // namespace
 
+bool mayHoldHugeExponent(std::string_view text)
+{
+    for (std::size_t sign = text.find('-', 1); sign < text.size(); sign = text.find('-', sign + 1)) {
+        const char mark = text[sign - 1];
+        if ((mark == 'e' || mark == 'E') && countDigits(text.substr(sign + 1)) > harmlessDigits) {
+            return true;
+        }
+    }
+    return false;
+}
+
 JsonTree::JsonTree(const JsonStream& stream, JsonDialect dialect, CheckedAllocator& memory)
-    : m_stream{stream}, m_dialect{dialect}, m_numbers{&memory}, m_end{stream.Tell()}
+    : m_stream{stream}, m_dialect{dialect}, m_memory{memory}, m_end{stream.Tell()}
 {
 }
 
@@ -79,30 +69,47 @@ bool JsonTree::Bool(bool value)
     return true;
 }
 
-bool JsonTree::RawNumber(const char* digits, rapidjson::SizeType length, bool /*copy*/)
+bool JsonTree::Int64(std::int64_t number)
 {
-    JsonValue number;
-    number.kind = Kind::number;
-    if (vanishes({digits, length})) {
-        number.number = *digits == '-' ? -0.0 : 0.0;
-    } else {
-        NumberHandler handler{number};
-        rapidjson::MemoryStream stream{digits, length};
-        if (m_dialect == JsonDialect::strict) {
-            m_numbers.Parse<rapidjson::kParseDefaultFlags>(stream, handler);
-        } else {
-            m_numbers.Parse<rapidjson::kParseFullPrecisionFlag>(stream, handler);
-        }
-    }
+    const bool narrow = number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
+    place(narrow ? Kind::integer : Kind::wideInteger).integer = number;
+    return true;
+}
+
+bool JsonTree::Uint64(std::uint64_t number)
+{
+    JsonValue& value = place(Kind::wideInteger);
+    value.integer = static_cast<std::int64_t>(number);
+    value.aboveSigned = value.integer < 0;
+    return true;
+}
+
+bool JsonTree::Double(double number)
+{
+    // The parser has an exact way of its own, but it shifts by more bits than there are. Where there is no exact number
+    // in the range, the parser's stays.
+    std::from_chars(m_digits.data(), m_digits.data() + m_digits.size(), number);
     // This version of the parser lets through a number that is too big by its last digits only.
-    if (!std::isfinite(number.number)) {
+    if (!std::isfinite(number)) {
         return refuse(JsonFault::Kind::infiniteNumber, rapidjson::GetParseError_En(rapidjson::kParseErrorNumberTooBig));
     }
-    JsonValue& value = place(number.kind);
-    value.integer = number.integer;
-    value.aboveSigned = number.aboveSigned;
-    value.number = number.number;
+    place(Kind::number).number = number;
     return true;
+}
+
+/// Has the parser read a number alone, so that none comes to it whose exponent it cannot bear.
+bool JsonTree::RawNumber(const char* digits, rapidjson::SizeType length, bool /*copy*/)
+{
+    const std::string_view whole{digits, length};
+    const std::string_view exponent = whole.substr(std::min(whole.find_first_of("eE"), whole.size()));
+    if (exponent.size() > 1 && exponent[1] == '-' && withoutZeros(exponent.substr(2)).size() > harmlessDigits) {
+        return Double(whole.front() == '-' ? -0.0 : 0.0);
+    }
+    m_digits = m_dialect == JsonDialect::strict ? std::string_view{} : whole;
+    rapidjson::MemoryStream stream{digits, length};
+    const bool taken = !JsonReader{&m_memory}.Parse(stream, *this).IsError();
+    m_digits = {};
+    return taken;
 }
 
 bool JsonTree::String(const char* text, rapidjson::SizeType length, bool /*copy*/)
@@ -113,8 +120,7 @@ bool JsonTree::String(const char* text, rapidjson::SizeType length, bool /*copy*
 
 bool JsonTree::Key(const char* text, rapidjson::SizeType length, bool /*copy*/)
 {
-    std::vector<JsonMember>& members = m_open[m_depth - 1]->members;
-    JsonMember& member = members.emplace_back();
+    JsonMember& member = added(m_open[m_depth - 1]->members);
     member.key.assign(text, length);
     member.offset = gapAfterLast().end;
     m_end = m_stream.Tell();
@@ -127,7 +133,7 @@ JsonValue& JsonTree::place(Kind kind)
     JsonValue* value = &m_root;
     if (m_depth > 0) {
         JsonValue& parent = *m_open[m_depth - 1];
-        value = parent.kind == Kind::map ? &parent.members.back().value : &parent.items.emplace_back();
+        value = parent.kind == Kind::map ? &parent.members.back().value : &added(parent.items);
     }
     m_rootSeen = true;
     value->kind = kind;

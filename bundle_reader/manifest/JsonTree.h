@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,6 +16,10 @@
 namespace ostrel::bundle_reader {
 
 using JsonReader = rapidjson::GenericReader<rapidjson::UTF8<>, rapidjson::UTF8<>, CheckedAllocator>;
+
+/// True when a negative exponent somewhere has so many digits that the parser must not read the number: its sums run
+/// over, and then it looks outside of its tables. With kParseNumbersAsStringsFlag it leaves that to JsonTree.
+bool mayHoldHugeExponent(std::string_view text);
 
 /// The bytes of a text. RapidJSON's streams that know encodings skip a byte order mark, which is an error to
 /// frameworks.
@@ -43,6 +48,11 @@ public:
     // What the parser calls; false ends the parsing.
     bool Null();
     bool Bool(bool value);
+    bool Int(int number) { return Int64(number); }
+    bool Uint(unsigned number) { return Int64(number); }
+    bool Int64(std::int64_t number);
+    bool Uint64(std::uint64_t number);
+    bool Double(double number);
     bool RawNumber(const char* digits, rapidjson::SizeType length, bool copy);
     bool String(const char* text, rapidjson::SizeType length, bool copy);
     bool Key(const char* text, rapidjson::SizeType length, bool copy);
@@ -79,7 +89,8 @@ private:
 
     const JsonStream& m_stream;
     JsonDialect m_dialect;
-    JsonReader m_numbers;
+    CheckedAllocator& m_memory;
+    std::string_view m_digits; // of the number that is being read, where it shall be exact
     JsonValue m_root;
     bool m_rootSeen = false;
     // The maps and lists that are not closed yet. Each is the last value of the one before, which stays as it is until
