@@ -1,10 +1,11 @@
 #include "bundle_checker/BundleKeys.h"
 
-#include "bundle_checker/VersionForm.h"
 #include "bundle_checker/Words.h"
 #include "bundle_reader/manifest/ManifestKeys.h"
 #include "bundle_reader/manifest/ManifestRules.h"
+#include "bundle_reader/manifest/Version.h"
 
+#include <algorithm>
 #include <string>
 
 namespace ostrel::bundle_checker {
@@ -54,26 +55,47 @@ void describeName(const JsonValue& root, std::string_view name, Findings& findin
     }
 }
 
+/// Frameworks wrap such a number around: "-1" is the largest one that there is.
+bool hasNegativeNumber(std::string_view version)
+{
+    for (int part = 0; part < 3 && !version.empty(); ++part) {
+        const std::size_t begin = version.find_first_not_of(" \t\n\v\f\r");
+        if (begin != std::string_view::npos && version[begin] == '-') {
+            return true;
+        }
+        version.remove_prefix(std::min(version.find('.'), version.size() - 1) + 1);
+    }
+    return false;
+}
+
+/// A good version is one to three numbers with dots, and behind three of them perhaps a qualifier. What the frameworks
+/// take besides, they take for another version than the text says.
+void describeVersionText(const JsonMember& member, Findings& findings)
+{
+    const std::string_view text = localized(member.value.text);
+    const bundle_reader::VersionReading reading = bundle_reader::readVersion(text);
+    if (reading.fault.empty() && reading.exact && !reading.version.undefined) {
+        return;
+    }
+    const bool isRefused = !reading.fault.empty();
+    const Severity severity = isRefused || hasNegativeNumber(text) ? Severity::error : Severity::warning;
+    const std::string effect = isRefused ? "which is no version, so that the framework refuses the bundle"
+                                         : "which the framework takes for " + toText(reading.version);
+    findings.push_back(
+        {severity, member.value.offset,
+         keyAt(member.key) + " is " + quoted(text) + ", " + effect + R"(; write "1", "1.2", "1.2.3" or "1.2.3.name")"});
+}
+
 void describeVersion(const JsonValue& root, Findings& findings)
 {
     const JsonMember* const member = findMember(root, keys::version);
-    if (member == nullptr) {
-        return;
+    if (member != nullptr && member->value.kind == Kind::text) {
+        describeVersionText(*member, findings);
+    } else if (member != nullptr) {
+        addError(findings, member->value.offset,
+                 keyAt(member->key) + R"( must be a string such as "1.0.0", not )" +
+                     std::string{kindOf(member->value)} + "; the framework refuses the bundle");
     }
-    const JsonValue& value = member->value;
-    if (value.kind != Kind::text) {
-        addError(findings, value.offset,
-                 keyAt(member->key) + R"( must be a string such as "1.0.0", not )" + std::string{kindOf(value)} +
-                     "; the framework refuses the bundle");
-        return;
-    }
-    const VersionForm form = versionForm(localized(value.text));
-    if (form.fault.empty()) {
-        return;
-    }
-    const Severity severity = form.isWrong ? Severity::error : Severity::warning;
-    findings.push_back({severity, value.offset,
-                        keyAt(member->key) + " is " + form.fault + R"(; write "1", "1.2", "1.2.3" or "1.2.3.name")"});
 }
 
 void describeActivator(const JsonValue& root, Findings& findings)

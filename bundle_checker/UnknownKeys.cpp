@@ -49,9 +49,9 @@ void describeMembers(const JsonValue& map, const std::string& path, const std::v
 void describeFrameworkKeys(const JsonValue& root, Findings& findings)
 {
     const std::string prefix{keys::ofFrameworks};
-    std::vector<std::string_view> known;
-    for (const std::string_view key : keys::framework) {
-        known.push_back(key.substr(prefix.size()));
+    std::vector<std::string_view> known{keys::framework.begin(), keys::framework.end()};
+    for (std::string_view& key : known) {
+        key.remove_prefix(prefix.size());
     }
     for (const JsonMember& member : root.members) {
         const std::string_view key = member.key;

@@ -13,7 +13,7 @@
 namespace ostrel::bundle_reader {
 namespace {
 
-constexpr std::uint64_t window = 64 * 1024;
+constexpr std::uint64_t window = 65536;
 
 struct Section {
     std::uint64_t type, link, offset, size, entrySize;
