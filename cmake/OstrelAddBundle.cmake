@@ -3,15 +3,14 @@
 #   ostrel_add_bundle(<target>
 #     SYMBOLIC_NAME <name> MANIFEST <manifest.json> SOURCES <files...>
 #     [FILE_NAME <exact file name>] [OUTPUT_DIRECTORY <dir>] [RESOURCES <files...>] [RESOURCE_DIRECTORY <dir>]
-#     [MORE_BUNDLES <name> <manifest.json> [<name> <manifest.json>]...])
+#     [MORE_BUNDLES <name> <manifest.json> [<name> <manifest.json>]...] [UNCHECKED])
 #
-# The guide docs/guide/bundles.md describes it. Include this file after the framework's targets are defined: the target
-# ostrel::bundle_packer tells that the bundles are for the embedded framework.
+# The guide docs/guide/bundles.md describes it. Include this file after the target ostrel::bundle_checker and those of the
+# framework are defined: the target ostrel::bundle_packer tells that the bundles are for the embedded framework.
 cmake_policy(PUSH)
 cmake_policy(VERSION 3.25)
 
 include("${CMAKE_CURRENT_LIST_DIR}/OstrelBundleArchive.cmake")
-include("${CMAKE_CURRENT_LIST_DIR}/OstrelBundleManifest.cmake")
 
 # Remembered globally: the imported targets of a package are seen only in the directory that found it, and a guess made
 # elsewhere could build a bundle for the other framework without anybody noticing.
@@ -20,28 +19,30 @@ if(TARGET ostrel::bundle_packer)
 else()
   set_property(GLOBAL PROPERTY OSTREL_BUNDLE_FRAMEWORK system)
 endif()
+if(TARGET ostrel::bundle_checker)
+  set(_ostrel_checker ostrel::bundle_checker)
+  get_target_property(_ostrel_imported ostrel::bundle_checker IMPORTED)
+  if(_ostrel_imported)
+    get_target_property(_ostrel_checker ostrel::bundle_checker LOCATION)
+  endif()
+  set_property(GLOBAL PROPERTY OSTREL_BUNDLE_CHECKER "${_ostrel_checker}")
+  unset(_ostrel_checker)
+  unset(_ostrel_imported)
+endif()
 
 function(ostrel_add_bundle target)
   set(one_value SYMBOLIC_NAME MANIFEST FILE_NAME OUTPUT_DIRECTORY RESOURCE_DIRECTORY)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "${one_value}" "SOURCES;MORE_BUNDLES;RESOURCES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "UNCHECKED" "${one_value}" "SOURCES;MORE_BUNDLES;RESOURCES")
   set(given "${ARGN}")
   _ostrel_check_bundle_arguments()
 
   set(work_dir "${CMAKE_CURRENT_BINARY_DIR}/CMakeFiles/${target}.bundle")
   set(initialisers "")
-  set(names "")
-  set(bundles "${arg_SYMBOLIC_NAME}" "${arg_MANIFEST}" ${arg_MORE_BUNDLES})
-  while(NOT bundles STREQUAL "")
-    list(POP_FRONT bundles name manifest)
-    cmake_path(ABSOLUTE_PATH manifest BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
-    # Before the check, so that an edit that repairs a bad manifest runs it again.
-    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${manifest}")
-    ostrel_check_bundle_manifest("${manifest}" "${name}")
-    configure_file("${manifest}" "${work_dir}/${name}/manifest.json" COPYONLY)
+  foreach(name IN LISTS names)
     string(APPEND initialisers
       "\n#undef US_BUNDLE_NAME\n#define US_BUNDLE_NAME ${name}\nCPPMICROSERVICES_INITIALIZE_BUNDLE\n")
-    list(APPEND names "${name}")
-  endwhile()
+  endforeach()
+  _ostrel_take_manifests()
 
   add_library(${target} SHARED ${arg_SOURCES})
   target_compile_features(${target} PRIVATE cxx_std_17)
@@ -58,6 +59,11 @@ function(ostrel_add_bundle target)
   else()
     _ostrel_embed_manifests_by_installed_framework()
   endif()
+  if(NOT arg_UNCHECKED)
+    add_custom_command(TARGET ${target} POST_BUILD
+      COMMAND "${checker}" ${strict} --library "$<TARGET_FILE:${target}>" ${named_manifests}
+      VERBATIM)
+  endif()
 endfunction()
 
 # The helpers below belong to the one function above and read its variables. Nothing that a caller gave is passed to a
@@ -69,7 +75,7 @@ function(_ostrel_bundle_error)
 endfunction()
 
 macro(_ostrel_check_bundle_arguments)
-  if(target IN_LIST one_value OR target MATCHES "^(SOURCES|MORE_BUNDLES|RESOURCES)$")
+  if(target IN_LIST one_value OR target MATCHES "^(SOURCES|MORE_BUNDLES|RESOURCES|UNCHECKED)$")
     _ostrel_bundle_error("the first argument must be the name of the target, not the keyword ${target}.")
   endif()
   if(TARGET "${target}")
@@ -78,7 +84,7 @@ macro(_ostrel_check_bundle_arguments)
   if(NOT "${arg_UNPARSED_ARGUMENTS}" STREQUAL "")
     list(JOIN arg_UNPARSED_ARGUMENTS "', '" listed)
     _ostrel_bundle_error("unknown argument '${listed}'. Known are SYMBOLIC_NAME, MANIFEST, SOURCES, FILE_NAME, "
-      "OUTPUT_DIRECTORY, MORE_BUNDLES, RESOURCES and RESOURCE_DIRECTORY.")
+      "OUTPUT_DIRECTORY, MORE_BUNDLES, RESOURCES, RESOURCE_DIRECTORY and UNCHECKED.")
   endif()
   foreach(keyword IN LISTS one_value ITEMS SOURCES MORE_BUNDLES RESOURCES)
     if("${arg_${keyword}}" STREQUAL "")
@@ -98,6 +104,7 @@ macro(_ostrel_check_bundle_arguments)
     _ostrel_bundle_error("MORE_BUNDLES takes pairs of a symbolic name and a manifest.")
   endif()
   set(names "")
+  set(manifests "")
   set(bundles "${arg_SYMBOLIC_NAME}" "${arg_MANIFEST}" ${arg_MORE_BUNDLES})
   while(NOT bundles STREQUAL "")
     list(POP_FRONT bundles name manifest)
@@ -110,9 +117,11 @@ macro(_ostrel_check_bundle_arguments)
     endif()
     list(APPEND names "${name}")
     cmake_path(ABSOLUTE_PATH manifest BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" NORMALIZE)
-    if(NOT EXISTS "${manifest}" OR IS_DIRECTORY "${manifest}")
+    get_source_file_property(generated "${manifest}" GENERATED)
+    if(NOT generated AND (NOT EXISTS "${manifest}" OR IS_DIRECTORY "${manifest}"))
       _ostrel_bundle_error("the manifest '${manifest}' does not exist or is a directory.")
     endif()
+    list(APPEND manifests "${manifest}")
   endwhile()
 
   if(NOT DEFINED arg_RESOURCE_DIRECTORY)
@@ -136,6 +145,44 @@ macro(_ostrel_check_bundle_arguments)
   if("${arg_FILE_NAME}" MATCHES "/" OR "${arg_FILE_NAME}" MATCHES "^\\.\\.?$")
     _ostrel_bundle_error("FILE_NAME '${arg_FILE_NAME}' must be a plain file name; use OUTPUT_DIRECTORY for the place.")
   endif()
+endmacro()
+
+# Has the build check the manifests and put them into folders by their bundles' names, from where they are packed.
+macro(_ostrel_take_manifests)
+  # Read in any case, or CMake would report the option as unused.
+  set(strict "")
+  if(OSTREL_STRICT_MANIFESTS)
+    set(strict --strict)
+  endif()
+  get_property(checker GLOBAL PROPERTY OSTREL_BUNDLE_CHECKER)
+  if("${checker}" STREQUAL "" AND NOT arg_UNCHECKED)
+    _ostrel_bundle_error("the target ostrel::bundle_checker is not known. Call find_package(ostrel_us_container CONFIG "
+      "REQUIRED) before.")
+  endif()
+  set(named_manifests "")
+  set(taken_manifests "")
+  set(copies "")
+  foreach(name manifest IN ZIP_LISTS names manifests)
+    set(taken "${work_dir}/${name}/manifest.json")
+    list(APPEND named_manifests "${name}" "${manifest}")
+    list(APPEND taken_manifests "${taken}")
+    list(APPEND copies COMMAND "${CMAKE_COMMAND}" -E copy "${manifest}" "${taken}")
+    file(MAKE_DIRECTORY "${work_dir}/${name}")
+  endforeach()
+  set(check COMMAND "${checker}" ${strict} ${named_manifests})
+  set(comment "Checking the manifest of bundle ${target}")
+  if(arg_UNCHECKED)
+    set(check "")
+    set(checker "")
+    set(comment "Taking the manifest of bundle ${target} as it is")
+  endif()
+  add_custom_command(
+    OUTPUT ${taken_manifests}
+    ${check}
+    ${copies}
+    DEPENDS ${manifests} ${checker}
+    COMMENT "${comment}"
+    VERBATIM)
 endmacro()
 
 # A source may also be made by the build, or lie in the binary directory, as for add_library().
@@ -197,15 +244,13 @@ macro(_ostrel_embed_manifests_by_packer)
   endif()
   set(archive "${work_dir}/bundle.zip")
   set(pairs "")
-  set(manifests "")
-  foreach(name IN LISTS names)
-    list(APPEND pairs "${name}" "${work_dir}/${name}/manifest.json")
-    list(APPEND manifests "${work_dir}/${name}/manifest.json")
+  foreach(name manifest IN ZIP_LISTS names taken_manifests)
+    list(APPEND pairs "${name}" "${manifest}")
   endforeach()
   add_custom_command(
     OUTPUT "${archive}"
     COMMAND ostrel::bundle_packer "${archive}" ${pairs}
-    DEPENDS ostrel::bundle_packer ${manifests}
+    DEPENDS ostrel::bundle_packer ${taken_manifests}
     COMMENT "Packing the manifest of bundle ${target}"
     VERBATIM)
   if(NOT "${arg_RESOURCES}" STREQUAL "")

@@ -59,6 +59,12 @@ else()
   install(TARGETS ostrel_framework EXPORT ostrel_us_container-targets)
 endif()
 
+# What ostrel_add_bundle() checks manifests with, and what editors check them with. The program needs no framework.
+install(TARGETS ostrel_bundle_checker EXPORT ostrel_us_container-targets
+  RUNTIME DESTINATION "${OSTREL_INSTALL_LIBEXECDIR}")
+install(FILES "${PROJECT_SOURCE_DIR}/bundle_checker/manifest.schema.json"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/ostrel_us_container")
+
 if(TARGET ostrel_host)
   ostrel_set_install_run_path(ostrel_host "${CMAKE_INSTALL_BINDIR}")
   install(TARGETS ostrel_host RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")

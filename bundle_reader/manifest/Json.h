@@ -9,11 +9,11 @@
 
 namespace ostrel::bundle_reader {
 
-/// What is let through beyond the standard of JSON.
+/// What is let through beyond the standard of JSON, and how exactly numbers are read.
 enum class JsonDialect {
-    strict,    ///< nothing, as the frameworks have it
-    commented, ///< comments
-    lenient,   ///< comments, and a comma before a closing bracket
+    strict,    ///< nothing; numbers as the frameworks have them, which may be off by the last digits
+    commented, ///< a byte order mark and comments; exact numbers
+    lenient,   ///< these, and a comma before a closing bracket; exact numbers
 };
 
 struct JsonMember;
@@ -33,12 +33,12 @@ struct JsonValue {
     };
 
     Kind kind = Kind::null;
-    std::size_t offset = 0; ///< of its first byte in the text
     bool boolean = false;
-    std::int64_t integer = 0; ///< of both kinds of integers; of one above the signed range: the same 64 bits
     bool aboveSigned = false; ///< wideInteger: `integer` is to be read as unsigned
+    std::size_t offset = 0;   ///< of its first byte in the text
+    std::int64_t integer = 0; ///< of both kinds of integers; of one above the signed range: the same 64 bits
     double number = 0;
-    std::string text;                ///< UTF-8 if the manifest was; may hold zero bytes
+    std::string text;                ///< UTF-8 if the manifest was and escapes no half of a pair; may hold zero bytes
     std::vector<JsonValue> items;    ///< of a list
     std::vector<JsonMember> members; ///< of a map, in the order of the text
 
@@ -51,7 +51,7 @@ struct JsonMember {
     JsonValue value;
 };
 
-/// Why a text is no JSON object, in the order in which a reader meets it.
+/// Why a text is no JSON object: the first fault of its syntax; if there is none, that the root is no map.
 struct JsonFault {
     enum class Kind {
         documentEmpty,
@@ -68,16 +68,18 @@ struct JsonFault {
         unclosedText,     ///< the text of the manifest ends within a text
         controlCharacter, ///< one stands within a text
         numberTooBig,
+        infiniteNumber, ///< too big as well, by its last digits only: the parser let it through
         missingFraction,
         missingExponent,
-        commentNotClosed,
-        tooDeep, ///< more than nestingLimit maps and lists lie in one another
+        badComment, ///< one that is not closed, or a slash that begins none
+        tooDeep,    ///< more than nestingLimit maps and lists lie in one another
     };
 
     Kind kind = Kind::documentEmpty;
-    std::string words;      ///< the parser's own, as the frameworks tell them ("Missing a name for object member.")
+    std::string words;      ///< as the frameworks tell it ("Missing a name for object member.")
     std::size_t offset = 0; ///< where the parser stood; at most the size of the text
     std::string path;       ///< of the last key or index before it, as "zq.ostrelFilters[1].language"; "" when none
+    bool otherRoot = false; ///< the root was seen to be no map, whatever the fault is
 };
 
 /// What a text holds: a root that is a map, or why not.
@@ -89,7 +91,7 @@ struct Json {
 /// Maps and lists may lie this deep in one another.
 inline constexpr int nestingLimit = 200;
 
-/// Reads a text whose root is a map.
+/// Reads a text whose root is a map. A zero byte between two values ends the text.
 ///
 /// @throws std::bad_alloc and nothing else
 /// @locks  none

@@ -1,56 +1,39 @@
 #include "ManifestText.h"
 
-#include <rapidjson/document.h>
-#include <rapidjson/error/en.h>
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
+#include "bundle_reader/manifest/Json.h"
+#include "bundle_reader/manifest/JsonWriter.h"
 
 namespace {
 
-// Without recursion, so that a deeply nested text cannot exhaust the stack. Comments are let through.
-constexpr unsigned strict =
-    rapidjson::kParseCommentsFlag | rapidjson::kParseIterativeFlag | rapidjson::kParseFullPrecisionFlag;
-// For a text that is written anew.
-constexpr unsigned lenient = strict | rapidjson::kParseTrailingCommasFlag;
+using namespace ostrel::bundle_reader;
 
-template <unsigned flags>
-rapidjson::Document parse(const std::string& text, const std::string& source)
+JsonValue parse(const std::string& text, const std::string& source, JsonDialect dialect)
 {
-    rapidjson::Document document;
-    document.Parse<flags>(text.data(), text.size());
-    if (document.HasParseError()) {
-        throw ManifestError{source + ": " + rapidjson::GetParseError_En(document.GetParseError()) + " (at byte " +
-                            std::to_string(document.GetErrorOffset()) + ")"};
+    Json json = readJson(text, dialect);
+    if (!json.fault) {
+        return std::move(json.root);
     }
-    if (!document.IsObject()) {
+    if (json.fault->kind == JsonFault::Kind::rootIsNoMap) {
         throw ManifestError{source + ": a manifest must be a JSON object"};
     }
-    return document;
-}
-
-std::string written(const rapidjson::Value& value)
-{
-    rapidjson::StringBuffer buffer;
-    rapidjson::PrettyWriter<rapidjson::StringBuffer> writer{buffer};
-    value.Accept(writer);
-    return buffer.GetString();
+    throw ManifestError{source + ": " + json.fault->words + " (at byte " + std::to_string(json.fault->offset) + ")"};
 }
 
 } // namespace
 
 void ManifestText::check(const std::string& text, const std::string& source)
 {
-    parse<strict>(text, source);
+    parse(text, source, JsonDialect::commented);
 }
 
 void ManifestText::add(const std::string& text, const std::string& source)
 {
-    const rapidjson::Document document = parse<lenient>(text, source);
-    for (const auto& member : document.GetObject()) {
-        const std::string key = written(member.name);
+    const JsonValue manifest = parse(text, source, JsonDialect::lenient);
+    for (const JsonMember& member : manifest.members) {
+        const std::string key = writeJson(member.key);
         if (!m_keys.insert(key).second) {
             throw ManifestError{std::string{"Duplicate key: "}.append(key).append(" found in ").append(source)};
         }
-        m_members.append(m_members.empty() ? "\n" : ",\n").append(key).append(": ").append(written(member.value));
+        m_members.append(m_members.empty() ? "\n" : ",\n").append(key).append(": ").append(writeJson(member.value));
     }
 }

@@ -17,7 +17,8 @@ namespace ostrel::us_container {
 /// | 0x100 | filter declarations that are malformed or cannot be evaluated                      |
 /// | 0x200 | failures with their cause: a bundle not installed, a service that did not unload   |
 ///
-/// The object lives from the library's static initialisation until the process ends.
+/// The object lives from the library's static initialisation until the process ends. So does what Boost.Log needs for
+/// records, so that a container may have static storage: what it logs when it is destroyed reaches the sinks.
 ///
 /// @locks none
 OSTREL_EXPORT ostrel::platform::DiagnosticLogger& diagnosticLog();

@@ -70,6 +70,12 @@ OSTREL_EXPORT bool checkFilter(const cppmicroservices::Any& filters, const Filte
 /// one does the reverse on another thread, both wait for ever. The same goes for bundles whose activators start or stop
 /// each other.
 ///
+/// The order of locks is fixed: the container's mutex comes before what the framework holds while it starts or stops a
+/// bundle. A host that stops the framework, or that starts or stops a bundle itself, takes the second first when the
+/// bundle then calls the container, and waits for ever if another thread is in an operation that comes to that bundle.
+/// So end containers before the framework, and start and stop bundles that call a container through that container
+/// only.
+///
 /// Only failures to install a bundle, to stop one, to release a service or to read a filter declaration are caught and
 /// logged. Everything else that the framework or a bundle throws goes to the caller, with the mutex released and
 /// without undoing what was done before.

@@ -2,6 +2,7 @@
 
 #include "container/Record.h"
 
+#include <cxxabi.h>
 #include <exception>
 #include <thread>
 
@@ -27,6 +28,8 @@ bool stopAndCheck(cppmicroservices::Bundle& bundle, const std::string& location)
 
     try {
         bundle.Stop();
+    } catch (abi::__forced_unwind&) {
+        throw; // the activator ends the thread; whoever stops its unwinding ends the process
     } catch (const std::exception& e) {
         OSTREL_RECORD(messages::stopFailedCause, location, e.what());
     } catch (...) {

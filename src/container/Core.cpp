@@ -6,6 +6,7 @@
 
 #include <cppmicroservices/AnyMap.h>
 
+#include <cxxabi.h>
 #include <exception>
 #include <utility>
 
@@ -49,6 +50,8 @@ void MicroServicesContainer::startBundle(const std::string& name)
         // The records quote the recorded location, which is empty for a new name; hosts know them that way.
         try {
             bundles = ostrel::platform::installBundles(m_context, pathOf(name));
+        } catch (abi::__forced_unwind&) {
+            throw; // the thread ends; whoever stops its unwinding ends the process
         } catch (const std::exception& e) {
             OSTREL_RECORD(messages::installFailed, location);
             OSTREL_RECORD(messages::installFailedCause, location, e.what());

@@ -6,6 +6,7 @@
 #include <cppmicroservices/AnyMap.h>
 
 #include <algorithm>
+#include <cxxabi.h>
 #include <typeinfo>
 
 namespace ostrel::us_container {
@@ -103,6 +104,8 @@ bool checkFilter(const Any& filters, const FilterMap& filterMap, const std::stri
             return checkAlternatives(filters, filterMap, name);
         }
         return checkWithoutAlternatives(filters, filterMap, name);
+    } catch (abi::__forced_unwind&) {
+        throw; // a value that is rendered ends the thread; whoever stops its unwinding ends the process
     } catch (...) {
         // KEPT ON PURPOSE: a declaration that cannot be evaluated admits; and "from bundle" is said of services too.
         OSTREL_RECORD(messages::filterError, name);

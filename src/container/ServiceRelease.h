@@ -2,6 +2,7 @@
 
 #include "container/Record.h"
 
+#include <cxxabi.h>
 #include <string>
 
 namespace ostrel::us_container {
@@ -17,6 +18,8 @@ void releaseLogged(const std::string& name, Release release)
 {
     try {
         release();
+    } catch (abi::__forced_unwind&) {
+        throw; // the service ends the thread; whoever stops its unwinding ends the process
     } catch (...) {
         OSTREL_RECORD(messages::unloadFailed, name);
     }

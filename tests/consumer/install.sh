@@ -11,6 +11,7 @@ expected=(
     include/ostrel_us_container/platform/{Utf16Path,DiagnosticLogger,InstallBundles,Export}.h
     "$libdir"/libostrel_us_container.so{,.1}
     "$libdir"/cmake/ostrel_us_container/{ostrel_us_containerConfig,OstrelAddBundle}.cmake
+    libexec/ostrel_us_container/ostrel_bundle_checker share/ostrel_us_container/manifest.schema.json
 )
 if [[ "$framework" == embedded ]]; then
     expected+=(include/ostrel_framework/cppmicroservices/Bundle.h "$libdir"/libostrel_framework.so{,.1}

@@ -1,6 +1,7 @@
 // Any bytes as a bundle file whose resources are read: the reader that unpacks entries one by one finds what the first
 // look at the file found.
 #include "bundle_reader/BundleFile.h"
+#include "bundle_reader/zip/ArchiveReader.h"
 #include "fuzz/FuzzTarget.h"
 
 #include <cstdlib>

@@ -1,6 +1,9 @@
 // Any bytes as a manifest. What is accepted holds the documented types and comes back equal when it is written out and
-// read again, and the check that runs before a framework sees the text agrees with the framework's own reading.
+// read again, and the check that runs before a framework sees the text agrees with the framework's own reading, as do
+// the rules of manifests.
 #include "bundle/Manifest.h"
+#include "bundle_reader/manifest/Json.h"
+#include "bundle_reader/manifest/ManifestRules.h"
 #include "fuzz/FuzzTarget.h"
 #include "platform/ManifestCheck.h"
 
@@ -110,6 +113,25 @@ bool alike(const Any& left, const Any& right)
     return left == right;
 }
 
+/// What is in a map is what the rules find there, and nothing that they find is missing.
+void requireSameMembers(const ostrel::bundle_reader::JsonValue& value, const AnyMap& map)
+{
+    for (const auto& [key, kept] : map) {
+        const auto* const member = ostrel::bundle_reader::findMember(value, key);
+        require(member != nullptr && member->key == key, "a key that is kept is the first that counts");
+        const auto* const inner = any_cast<AnyMap>(&kept);
+        require((member->value.kind == ostrel::bundle_reader::JsonValue::Kind::map) == (inner != nullptr),
+                "a map stays one");
+        if (inner != nullptr) {
+            requireSameMembers(member->value, *inner);
+        }
+    }
+    for (const auto& member : value.members) {
+        const bool counts = ostrel::bundle_reader::findMember(value, member.key) != nullptr;
+        require(counts == (map.count(member.key) != 0), "a key is kept when one of its values is not dropped");
+    }
+}
+
 std::optional<AnyMap> read(const std::string& text)
 {
     try {
@@ -137,16 +159,19 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     const std::string text{ostrel::fuzz::textOf(data, size)};
     const auto check = ostrel::platform::checkManifest(text);
     const auto manifest = read(text);
+    require(check.fault.empty() == manifest.has_value(), "the check accepts what the framework accepts, and no more");
     if (!manifest) {
         return 0;
     }
-    require(check.fault.empty(), "the check accepts what the framework accepts");
     const auto again = read(written(*manifest));
     require(again && alike(*manifest, *again), "a manifest that is written out and read again is the same");
     if (const auto version = versionOf(*manifest)) {
         require(check.version == *version, "the check finds the version that the framework finds");
     }
-    detail::core::asksForActivator(*manifest);
+    const auto json = ostrel::bundle_reader::readJson(text);
+    require(detail::core::asksForActivator(*manifest) == ostrel::bundle_reader::asksForActivator(json.root),
+            "an activator is asked for by one rule");
+    requireSameMembers(json.root, *manifest);
     Any(*manifest).ToString();
     return 0;
 }

@@ -1,10 +1,13 @@
 // Two lines as versions: each is refused by std::invalid_argument or comes back equal from its own text, and comparing
-// them is an ordering.
+// them is an ordering. The reader of manifests takes the same texts for the same versions.
+#include "bundle_reader/manifest/Version.h"
 #include "fuzz/FuzzTarget.h"
 
 #include <cppmicroservices/BundleVersion.h>
 
+#include <locale>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
@@ -25,6 +28,36 @@ std::optional<BundleVersion> read(const std::string& text)
 int signOf(int number)
 {
     return (number > 0) - (number < 0);
+}
+
+/// A number as C++ streams find it, which is the rule for versions; none when there is none.
+std::optional<unsigned> streamed(const std::string& part)
+{
+    std::istringstream in(part);
+    in.imbue(std::locale::classic());
+    unsigned number = 0;
+    in >> number;
+    return in.fail() ? std::nullopt : std::optional<unsigned>(number);
+}
+
+void checkReading(const std::string& text)
+{
+    const auto reading = ostrel::bundle_reader::readVersion(text);
+    const auto version = read(text);
+    require(reading.fault.empty() == version.has_value(), "manifests and versions know the same texts");
+    if (!version || version->IsUndefined()) {
+        return;
+    }
+    require(toText(reading.version) == version->ToString(), "manifests and versions are read alike");
+    bool plain = text.back() != '.';
+    std::istringstream parts(text);
+    std::string part;
+    for (std::size_t i = 0; i < reading.version.numbers.size() && std::getline(parts, part, '.'); ++i) {
+        const auto number = streamed(part);
+        require(!number || *number == reading.version.numbers.at(i), "numbers are found as streams find them");
+        plain = plain && number && part.find_first_not_of("0123456789") == std::string::npos;
+    }
+    require(reading.exact == plain, "a reading is exact when each number consists of digits alone");
 }
 
 void checkText(const BundleVersion& version)
@@ -54,6 +87,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     const auto end = text.find('\n');
     const std::string first = text.substr(0, end);
     checkTrimming(first);
+    checkReading(text);
+    checkReading(first);
     const auto left = read(first);
     const auto right = read(end == std::string::npos ? std::string{} : text.substr(end + 1));
     for (const auto& version : {left, right}) {

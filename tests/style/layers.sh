@@ -37,8 +37,8 @@ check() {
 
 public_platform='"platform/(Utf16Path|DiagnosticLogger|InstallBundles|Export)\.h"'
 check include/container "$std|$framework_api|$public_platform|\"container/[A-Za-z]+\.h\""
-check src/container "$std|$framework_api|$boost_log|\"(container|platform)/[A-Za-z0-9]+\.h\""
-check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|<rapidjson/[a-z/]+\.h>|\"platform/[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
+check src/container "$std|<cxxabi\.h>|$framework_api|$boost_log|\"(container|platform)/[A-Za-z0-9]+\.h\""
+check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|\"platform/[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 # The reader of bundle files: its folders, each with those below it. libzip is used in one of them, RapidJSON in another.
 reader_file='"bundle_reader/file/[A-Za-z0-9]+\.h"'
 check bundle_reader/file "$std|$posix|$reader_file"
@@ -54,15 +54,25 @@ for folder in bundle_reader/*/; do
         wrong=1
     fi
 done
+check bundle_checker "$std|$posix|\"bundle_(checker|reader)/([a-z]+/)?[A-Za-z0-9]+\.h\""
 check framework/include "$std|$framework_api"
-check framework/src "$std|$posix|$framework_api|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\"" framework/src
-check framework/tools "$std|$posix|<rapidjson/[a-z/]+\.h>|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
+check framework/src "$std|$posix|$framework_api|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\"" framework/src
+check framework/tools "$std|$posix|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 installed="[<\"](container|platform)/(MicroServicesContainer|DiagnosticLog|Utf16Path|DiagnosticLogger|InstallBundles)\.h[>\"]"
 boost_for_hosts="$boost_log|<boost/((core|smart_ptr)/[a-z_]+|make_shared|shared_ptr)\.hpp>"
 check tools "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>" tools/host
 check examples "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>|<text/[A-Za-z]+\.h>"
 # The contract tests run on a bare framework; the archives that it reads are made with libzip.
 check tests/contract "$std|$posix|$framework_api|<zip\.h>|<(gtest|gmock)/[a-z]+\.h>|\"support/[A-Za-z0-9]+\.h\"" tests/contract tests
+
+# JSON is read and written in one place; tests may look at it by themselves.
+readers=$(grep -rlE '#[[:space:]]*include[[:space:]]*[<"]rapidjson/' --include='*.h' --include='*.cpp' \
+    --exclude-dir=build --exclude-dir=tests . | grep -v '^./bundle_reader/manifest/' || true)
+if [[ -n "$readers" ]]; then
+    echo "rapidjson is included outside of bundle_reader/manifest:"
+    echo "$readers"
+    wrong=1
+fi
 
 # Standard output belongs to the console reports; comments may mention it.
 writers=$(grep -rnE '<iostream>|std::(cout|puts|printf)' src/container src/platform include 2>/dev/null |

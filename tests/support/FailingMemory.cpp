@@ -4,10 +4,10 @@
 
 // The allocator itself, under the names that the GNU C library gives it for programs that replace malloc().
 extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* memory, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
+void* __libc_malloc(std::size_t size);                          // NOLINT(bugprone-reserved-identifier)
+void* __libc_calloc(std::size_t count, std::size_t size);       // NOLINT(bugprone-reserved-identifier)
+void* __libc_realloc(void* memory, std::size_t size);           // NOLINT(bugprone-reserved-identifier)
+void* __libc_memalign(std::size_t alignment, std::size_t size); // NOLINT(bugprone-reserved-identifier)
 }
 
 namespace ostrel::test {
@@ -16,12 +16,14 @@ namespace {
 // Initialised without code, as memory is allocated before any of this program runs.
 thread_local std::size_t left = 0; // until the one that fails; 0: none
 thread_local bool failed = false;
+thread_local bool goesOn = false;
 
 bool fails()
 {
     if (left == 0 || --left != 0) {
         return false;
     }
+    left = goesOn ? 1 : 0;
     failed = true;
     errno = ENOMEM;
     return true;
@@ -29,9 +31,10 @@ bool fails()
 
 } // namespace
 
-FailingMemory::FailingMemory(std::size_t number)
+FailingMemory::FailingMemory(std::size_t number, Fails fails)
 {
     failed = false;
+    goesOn = fails == Fails::fromThenOn;
     left = number;
 }
 

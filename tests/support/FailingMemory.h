@@ -1,51 +1,56 @@
 #pragma once
 
 #include <cstddef>
-#include <exception>
 #include <new>
 
 namespace ostrel::test {
 
-/// Whether this program's memory can be made to fail. Link FailingMemory.cpp, which replaces malloc() and its like for
-/// the whole process; not with a sanitizer, which has replacements of its own.
+/// Makes the memory of this program fail, while it lives. Link FailingMemory.cpp, which replaces malloc() and its like
+/// for the whole process; not with a sanitizer, which has replacements of its own.
 ///
-/// While armed, the one allocation of that number (from 1 on) of the arming thread fails; those of other threads do not
-/// count.
+/// The allocation of that number (from 1 on) of the thread fails, or that and all after it; those of other threads do
+/// not count.
 class FailingMemory {
 public:
-    explicit FailingMemory(std::size_t number);
+    enum class Fails { once, fromThenOn };
+
+    explicit FailingMemory(std::size_t number, Fails fails = Fails::once);
     FailingMemory(const FailingMemory&) = delete;
     FailingMemory& operator=(const FailingMemory&) = delete;
-    /// Disarms.
     ~FailingMemory();
 
-    /// Whether the allocation of that number came, and failed.
+    /// Whether the allocation of that number came.
     static bool hasFailed();
 };
 
+/// A run of something with memory that fails.
+struct RunOfMemory {
+    bool hasFailed;   ///< whether an allocation failed at all
+    bool outOfMemory; ///< whether std::bad_alloc left it
+};
+
 /// Runs `work` once for each of its allocations, each time with that one failing, until it runs without reaching the
-/// number. Each run that was hit must end by itself or by std::bad_alloc; `afterwards` is called after each, with
-/// whether it ended by std::bad_alloc.
+/// number. `afterwards` is called with a RunOfMemory after each.
 ///
 /// @return how many allocations `work` has
-/// @throws what else leaves `work`
+/// @throws what else than std::bad_alloc leaves `work`
 template <class Work, class Afterwards>
-std::size_t failEachAllocation(Work&& work, Afterwards&& afterwards)
+std::size_t failEachAllocation(Work&& work, Afterwards&& afterwards,
+                               FailingMemory::Fails fails = FailingMemory::Fails::once)
 {
     for (std::size_t number = 1;; ++number) {
-        bool outOfMemory = false;
-        bool reached = false;
+        RunOfMemory run{false, false};
         {
-            const FailingMemory failing{number};
+            const FailingMemory failing{number, fails};
             try {
                 work();
             } catch (const std::bad_alloc&) {
-                outOfMemory = true;
+                run.outOfMemory = true;
             }
-            reached = FailingMemory::hasFailed();
+            run.hasFailed = FailingMemory::hasFailed();
         }
-        afterwards(outOfMemory);
-        if (!reached) {
+        afterwards(run);
+        if (!run.hasFailed) {
             return number - 1;
         }
     }

@@ -1,43 +1,54 @@
 #include "Results.h"
 
-#include <rapidjson/document.h>
-#include <rapidjson/error/en.h>
-#include <rapidjson/istreamwrapper.h>
+#include "bundle_reader/manifest/Json.h"
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
+#include <string_view>
 
 namespace bench {
 
 namespace {
 
 namespace fs = std::filesystem;
+using ostrel::bundle_reader::JsonValue;
 
 [[noreturn]] void refuse(fs::path const& file, std::string const& why)
 {
     throw std::runtime_error(file.string() + ": " + why + "; measure again with --benchmark_out=" + file.string());
 }
 
-std::string textAt(rapidjson::Value const& object, char const* key)
+JsonValue const* valueAt(JsonValue const& map, std::string_view key)
 {
-    auto const found = object.FindMember(key);
-    return found != object.MemberEnd() && found->value.IsString() ? found->value.GetString() : "";
+    auto const found =
+        std::find_if(map.members.begin(), map.members.end(), [key](auto const& member) { return member.key == key; });
+    return found == map.members.end() ? nullptr : &found->value;
 }
 
-bool isTrueAt(rapidjson::Value const& object, char const* key)
+std::string textAt(JsonValue const& map, std::string_view key)
 {
-    auto const found = object.FindMember(key);
-    return found != object.MemberEnd() && found->value.IsTrue();
+    auto const* const value = valueAt(map, key);
+    return value == nullptr ? "" : value->text;
 }
 
-double numberAt(rapidjson::Value const& object, char const* key, fs::path const& file)
+bool isTrueAt(JsonValue const& map, std::string_view key)
 {
-    auto const found = object.FindMember(key);
-    if (found == object.MemberEnd() || !found->value.IsNumber()) {
-        refuse(file, std::string("a benchmark lacks the number '") + key + "'");
+    auto const* const value = valueAt(map, key);
+    return value != nullptr && value->boolean;
+}
+
+double numberAt(JsonValue const& map, std::string_view key, fs::path const& file)
+{
+    auto const* const value = valueAt(map, key);
+    if (value != nullptr && value->kind == JsonValue::Kind::number) {
+        return value->number;
     }
-    return found->value.GetDouble();
+    if (value != nullptr && (value->kind == JsonValue::Kind::integer || value->kind == JsonValue::Kind::wideInteger)) {
+        return static_cast<double>(value->integer);
+    }
+    refuse(file, "a benchmark lacks the number '" + std::string(key) + "'");
 }
 
 /// Takes "/manual_time", "/iterations:5" and the like off the name; true when there was one that asks for wall time.
@@ -57,16 +68,16 @@ bool stripSettings(std::string& name)
 void readInto(std::map<std::string, Measurement>& round, std::vector<std::string>& names, fs::path const& file)
 {
     std::ifstream stream(file);
-    rapidjson::IStreamWrapper input(stream);
-    rapidjson::Document document;
-    document.ParseStream(input);
-    if (document.HasParseError()) {
-        refuse(file, rapidjson::GetParseError_En(document.GetParseError()));
+    std::string const text(std::istreambuf_iterator<char>(stream), {});
+    auto const json = ostrel::bundle_reader::readJson(text);
+    if (json.fault) {
+        refuse(file, json.fault->words);
     }
-    if (!document.IsObject() || !document.HasMember("benchmarks") || !document["benchmarks"].IsArray()) {
+    auto const* const benchmarks = valueAt(json.root, "benchmarks");
+    if (benchmarks == nullptr || benchmarks->kind != JsonValue::Kind::list) {
         refuse(file, "holds no benchmarks");
     }
-    for (auto const& entry : document["benchmarks"].GetArray()) {
+    for (auto const& entry : benchmarks->items) {
         if (textAt(entry, "run_type") != "iteration") {
             continue;
         }
@@ -76,7 +87,7 @@ void readInto(std::map<std::string, Measurement>& round, std::vector<std::string
         }
         bool const wall = stripSettings(name);
         auto& measurement = round[name];
-        if (entry.HasMember("bytes")) {
+        if (valueAt(entry, "bytes") != nullptr) {
             measurement.unit = "B";
             measurement.rounds.push_back(numberAt(entry, "bytes", file));
         } else {

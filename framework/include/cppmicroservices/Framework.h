@@ -16,6 +16,8 @@ class FrameworkEvent;
 /// A handle on a framework, which is also its bundle number 0.
 ///
 /// Start() makes it active; Stop() returns at once and stops it in another thread, so follow it with WaitForStop().
+/// Where no thread can be made, Stop() does it in the calling one; inside of an activator or a listener of the
+/// framework, for which it would wait, it throws std::runtime_error instead.
 /// When the last handle on the framework or one of its bundles goes, the framework stops quietly in that thread.
 class US_Framework_EXPORT Framework : public Bundle {
 public:

@@ -28,18 +28,21 @@ void Activation::load(BundleRecord const& bundle, int options, std::shared_ptr<B
         file = inspectLibrary(bundle.location());
         refuseForeignLibrary(bundle.location(), file.needed);
     }
+    SharedLibrary library;
     try {
         if (!file.damage.empty()) {
             // The dynamic loader would touch what is not there, and the process end by a signal.
             throw LoadError(bundle.location() + ": the file is damaged: " + file.damage);
         }
-        m_library = isProgram ? SharedLibrary::ofProgram(options) : SharedLibrary(bundle.location(), options);
+        library = isProgram ? SharedLibrary::ofProgram(options) : SharedLibrary(bundle.location(), options);
     } catch (LoadError const& e) {
         std::error_code const none(0, std::generic_category());
         std::string const text = std::system_error(none, "Error loading " + bundle.location() + ". " + e.what()).what();
         throw SharedLibraryException(none, text, HandleAccess::bundle(origin));
     }
-    m_symbols = ActivatorSymbols::of(m_library, bundle.name());
+    // Both or none, as a bundle that has its library is not looked at again.
+    m_symbols = ActivatorSymbols::of(library, bundle.name());
+    m_library = library;
 }
 
 void Activation::start(BundleRecord const& bundle, std::shared_ptr<BundleContextPrivate> const& context)

@@ -13,7 +13,7 @@
 #include "cppmicroservices/SecurityException.h"
 #include "cppmicroservices/SharedLibraryException.h"
 
-#include <optional>
+#include <exception>
 #include <stdexcept>
 #include <string>
 
@@ -43,13 +43,10 @@ void validate(FrameworkCore& core, Record const& bundle)
     }
     auto const handle = HandleAccess::bundle(bundle);
     bool isValid = false;
-    try {
-        isValid = valid(handle);
-    } catch (...) {
-        auto const reason = currentReason();
+    if (auto const thrown = caughtFrom([&] { isValid = valid(handle); })) {
         core.events().publish(FrameworkEvent::FRAMEWORK_WARNING, bundle,
-                              "The bundle validation function threw an exception", std::current_exception());
-        throw SecurityException(reason, handle);
+                              "The bundle validation function threw an exception", thrown);
+        throw SecurityException(reasonOf(thrown), handle);
     }
     if (!isValid) {
         throw SecurityException(bundle->text() + " failed bundle validation.", handle);
@@ -78,6 +75,23 @@ void abandonStart(FrameworkCore& core, Record const& bundle, BundleContextPrivat
     cleanUp(core, bundle, context);
 }
 
+/// @throws SharedLibraryException, as it is, when the library could not be loaded
+/// @throws std::runtime_error for all else
+[[noreturn]] void failStart(BundleRecord const& bundle, std::exception_ptr const& thrown, bool loaded)
+{
+    try {
+        std::rethrow_exception(thrown);
+    } catch (SharedLibraryException const&) {
+        if (!loaded) {
+            throw;
+        }
+    } catch (...) {
+        // Told below, and so is a library that was built for the other framework.
+    }
+    throw std::runtime_error("Bundle " + bundle.name() + " (location= " + bundle.location() +
+                             ") start failed: " + reasonOf(thrown));
+}
+
 void startHeld(FrameworkCore& core, Record const& bundle)
 {
     if (bundle->state() == Bundle::STATE_INSTALLED) {
@@ -91,30 +105,21 @@ void startHeld(FrameworkCore& core, Record const& bundle)
     auto const context = BundleContextPrivate::make(bundle, core.services());
     bundle->setContext(context);
     bundle->setState(Bundle::STATE_STARTING);
-    core.events().publish(BundleEvent::BUNDLE_STARTING, bundle);
-    if (hasActivator) {
-        auto& activation = bundle->activation();
-        std::optional<std::string> failure;
-        try {
-            activation.load(*bundle, core.loadOptions(), bundle);
-        } catch (SharedLibraryException const&) {
-            abandonStart(core, bundle, *context);
-            throw;
-        } catch (...) {
-            failure = currentReason();
-        }
-        if (!failure) {
-            try {
-                activation.start(*bundle, context);
-            } catch (...) {
-                failure = currentReason();
+    bool loaded = false;
+    auto const abandon = [&] { abandonStart(core, bundle, *context); };
+    auto const thrown = caughtFrom(
+        [&] {
+            core.events().publish(BundleEvent::BUNDLE_STARTING, bundle);
+            if (hasActivator) {
+                bundle->activation().load(*bundle, core.loadOptions(), bundle);
+                loaded = true;
+                bundle->activation().start(*bundle, context);
             }
-        }
-        if (failure) {
-            abandonStart(core, bundle, *context);
-            throw std::runtime_error("Bundle " + bundle->name() + " (location= " + bundle->location() +
-                                     ") start failed: " + *failure);
-        }
+        },
+        abandon);
+    if (thrown) {
+        abandon();
+        failStart(*bundle, thrown, loaded);
     }
     bundle->setState(Bundle::STATE_ACTIVE);
     core.events().publish(BundleEvent::BUNDLE_STARTED, bundle);
@@ -124,24 +129,22 @@ void startHeld(FrameworkCore& core, Record const& bundle)
 void stopHeld(FrameworkCore& core, Record const& bundle)
 {
     auto const context = bundle->context();
+    auto const clean = [&] { cleanUp(core, bundle, *context); };
+    auto const destroy = [&] {
+        auto const thrown = caughtFrom([&] { bundle->activation().destroy(); }, clean);
+        clean();
+        return thrown;
+    };
     bundle->setState(Bundle::STATE_STOPPING);
-    core.events().publish(BundleEvent::BUNDLE_STOPPING, bundle);
-    std::optional<std::string> failure;
-    try {
-        bundle->activation().stop(context);
-    } catch (...) {
-        failure = currentReason();
-    }
-    try {
-        bundle->activation().destroy();
-    } catch (...) {
-        if (!failure) {
-            failure = currentReason();
-        }
-    }
-    cleanUp(core, bundle, *context);
-    if (failure) {
-        throw std::runtime_error(bundle->text() + ", BundleActivator::Stop() failed: " + *failure);
+    auto const fromStop = caughtFrom(
+        [&] {
+            core.events().publish(BundleEvent::BUNDLE_STOPPING, bundle);
+            bundle->activation().stop(context);
+        },
+        destroy);
+    auto const fromDestroying = destroy();
+    if (auto const& thrown = fromStop ? fromStop : fromDestroying) {
+        throw std::runtime_error(bundle->text() + ", BundleActivator::Stop() failed: " + reasonOf(thrown));
     }
 }
 
@@ -151,20 +154,16 @@ void stopAnyway(FrameworkCore& core, Record const& bundle)
     if (bundle->state() != Bundle::STATE_ACTIVE) {
         return;
     }
-    try {
-        stopHeld(core, bundle);
-    } catch (...) {
-        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), std::current_exception());
+    if (auto const thrown = caughtFrom([&] { stopHeld(core, bundle); })) {
+        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), thrown);
     }
 }
 
 /// Destroys the activator of a failed start; a failure is reported as an event.
 void forgetFailedStart(FrameworkCore& core, Record const& bundle)
 {
-    try {
-        bundle->activation().destroyPutAside();
-    } catch (...) {
-        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), std::current_exception());
+    if (auto const thrown = caughtFrom([&] { bundle->activation().destroyPutAside(); })) {
+        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), thrown);
     }
 }
 
@@ -217,18 +216,27 @@ void uninstallBundle(FrameworkCore& core, Record const& bundle)
     core.events().publish(BundleEvent::BUNDLE_UNINSTALLED, bundle);
 }
 
-void retireBundle(FrameworkCore& core, Record const& bundle) noexcept
+void retireBundle(FrameworkCore& core, Record const& bundle)
 {
-    try {
+    struct Retirement {
+        BundleRecord& bundle;
+
+        ~Retirement()
+        {
+            bundle.detach();
+            if (bundle.state() != Bundle::STATE_UNINSTALLED) {
+                bundle.setState(Bundle::STATE_INSTALLED);
+            }
+        }
+    };
+    auto const thrown = caughtFrom([&] {
         ForeignCodeScope const lifecycle(takeLifecycle(*bundle, "the framework's Stop()"));
+        Retirement const atEnd{*bundle}; // also when the activator ends the thread
         stopAnyway(core, bundle);
         forgetFailedStart(core, bundle);
-        bundle->detach();
-        if (bundle->state() != Bundle::STATE_UNINSTALLED) {
-            bundle->setState(Bundle::STATE_INSTALLED);
-        }
-    } catch (...) {
-        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), std::current_exception());
+    });
+    if (thrown) {
+        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), thrown);
     }
 }
 

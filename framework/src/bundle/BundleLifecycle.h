@@ -9,7 +9,7 @@ class FrameworkCore;
 
 // The changes of a bundle's state, for all bundles but the framework's own. Each takes the bundle's lifecycle lock, so
 // it waits for another thread that is changing the state, and throws where that could never end. See Bundle for the
-// rest.
+// rest. When an activator ends the thread, the bundle is left as when it throws.
 
 void startBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& bundle);
 void stopBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& bundle);
@@ -17,6 +17,8 @@ void uninstallBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& b
 
 /// The framework is stopping: stops the bundle if it is active, and makes it one that can never be started again. A
 /// failing stop is reported as an event.
-void retireBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& bundle) noexcept;
+///
+/// Throws nothing, but an activator may end the thread.
+void retireBundle(FrameworkCore& core, std::shared_ptr<BundleRecord> const& bundle);
 
 } // namespace cppmicroservices::detail::core

@@ -1,14 +1,12 @@
 #include "bundle/Manifest.h"
 
+#include "bundle_reader/manifest/Json.h"
+#include "bundle_reader/manifest/ManifestRules.h"
+
 #include "cppmicroservices/Constants.h"
 
-#include <rapidjson/document.h>
-#include <rapidjson/error/en.h>
-#include <rapidjson/memorystream.h>
-
-#include <cmath>
+#include <new>
 #include <stdexcept>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -16,120 +14,71 @@ namespace cppmicroservices::detail::core {
 
 namespace {
 
-/// True when brackets outside of strings nest deeper than the limit. Right for every text as far as it is JSON, which
-/// is as far as the parser goes.
-bool nestsTooDeep(std::string_view text)
-{
-    int depth = 0;
-    bool inString = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char const c = text[i];
-        if (inString) {
-            if (c == '\\') {
-                ++i;
-            } else if (c == '"') {
-                inString = false;
-            }
-        } else if (c == '"') {
-            inString = true;
-        } else if (c == '{' || c == '[') {
-            if (++depth > manifestDepthLimit) {
-                return true;
-            }
-        } else if (c == '}' || c == ']') {
-            --depth;
-        }
-    }
-    return false;
-}
+using ostrel::bundle_reader::isDropped;
+using ostrel::bundle_reader::JsonMember;
+using ostrel::bundle_reader::JsonValue;
 
-/// Thrown within this file only.
-struct NumberTooBig {};
+Any toAny(JsonValue& value);
 
-AnyMap toMap(rapidjson::Value const& object);
-
-/// A text that begins with a percent sign names one to be looked up for the user's language. There are none, and then
-/// the name itself is the text.
-std::string localized(std::string_view text)
-{
-    return std::string(text.substr(text.rfind('%', 0) == 0 ? 1 : 0));
-}
-
-/// An empty Any stands for what is left out.
-Any toAny(rapidjson::Value const& value)
-{
-    switch (value.GetType()) {
-    case rapidjson::kObjectType:
-        return toMap(value);
-    case rapidjson::kArrayType: {
-        std::vector<Any> items;
-        for (auto const& item : value.GetArray()) {
-            if (Any converted = toAny(item); !converted.Empty()) {
-                items.push_back(std::move(converted));
-            }
-        }
-        return items;
-    }
-    case rapidjson::kStringType:
-        return localized({value.GetString(), value.GetStringLength()});
-    case rapidjson::kTrueType:
-    case rapidjson::kFalseType:
-        return value.GetBool();
-    case rapidjson::kNumberType:
-        if (value.IsInt()) {
-            return value.GetInt();
-        }
-        if (value.IsDouble()) {
-            // Some versions of the parser let through a number that is too big by its last digits only.
-            if (!std::isfinite(value.GetDouble())) {
-                throw NumberTooBig{};
-            }
-            return value.GetDouble();
-        }
-        return {};
-    case rapidjson::kNullType:
-        break;
-    }
-    return {};
-}
-
-AnyMap toMap(rapidjson::Value const& object)
+/// Takes the keys and values out of the manifest's.
+AnyMap toMap(JsonValue& value)
 {
     AnyMap map(any_map::UNORDERED_MAP_CASEINSENSITIVE_KEYS);
-    for (auto const& member : object.GetObject()) {
-        if (Any converted = toAny(member.value); !converted.Empty()) {
-            map.emplace(std::string(member.name.GetString(), member.name.GetStringLength()), std::move(converted));
+    for (JsonMember& member : value.members) {
+        if (!isDropped(member.value)) {
+            // Does nothing when the key is there already.
+            map.emplace(std::move(member.key), toAny(member.value));
         }
     }
     return map;
+}
+
+std::vector<Any> toList(JsonValue& value)
+{
+    std::vector<Any> items;
+    items.reserve(value.items.size());
+    for (JsonValue& item : value.items) {
+        if (!isDropped(item)) {
+            items.push_back(toAny(item));
+        }
+    }
+    return items;
+}
+
+/// @param value  none that is dropped
+Any toAny(JsonValue& value)
+{
+    switch (value.kind) {
+    case JsonValue::Kind::map:
+        return toMap(value);
+    case JsonValue::Kind::list:
+        return toList(value);
+    case JsonValue::Kind::text:
+        value.text.erase(0, value.text.size() - ostrel::bundle_reader::localized(value.text).size());
+        return std::move(value.text);
+    case JsonValue::Kind::boolean:
+        return value.boolean;
+    case JsonValue::Kind::integer:
+        return static_cast<int>(value.integer);
+    case JsonValue::Kind::number:
+        return value.number;
+    case JsonValue::Kind::wideInteger:
+    case JsonValue::Kind::null:
+        break;
+    }
+    return {};
 }
 
 } // namespace
 
 AnyMap parseManifest(std::string const& text, std::string const& bundle, std::string const& location)
 {
-    auto const failed = [&bundle, &location](std::string const& reason) {
-        return std::runtime_error("Parsing of manifest.json for bundle " + bundle + " at " + location +
-                                  " failed: " + reason);
-    };
-    if (nestsTooDeep(text)) {
-        throw failed("The objects and arrays nest deeper than " + std::to_string(manifestDepthLimit) + " levels.");
+    ostrel::bundle_reader::Json json = ostrel::bundle_reader::readJson(text);
+    if (json.fault) {
+        throw std::runtime_error("Parsing of manifest.json for bundle " + bundle + " at " + location +
+                                 " failed: " + json.fault->words);
     }
-    // A plain stream, as the encoded ones skip a byte order mark, which is an error here.
-    rapidjson::MemoryStream stream(text.data(), text.size());
-    rapidjson::Document document;
-    document.ParseStream(stream);
-    if (document.HasParseError()) {
-        throw failed(rapidjson::GetParseError_En(document.GetParseError()));
-    }
-    if (!document.IsObject()) {
-        throw failed("The Json root element must be an object.");
-    }
-    try {
-        return toMap(document);
-    } catch (NumberTooBig const&) {
-        throw failed(rapidjson::GetParseError_En(rapidjson::kParseErrorNumberTooBig));
-    }
+    return toMap(json.root);
 }
 
 BundleVersion checkManifest(AnyMap const& manifest, std::string const& bundle, std::string const& location)
@@ -157,6 +106,8 @@ BundleVersion checkManifest(AnyMap const& manifest, std::string const& bundle, s
     }
     try {
         return BundleVersion(*text);
+    } catch (std::bad_alloc const&) {
+        throw; // says nothing about the version
     } catch (std::exception const& e) {
         throw invalid(std::string("The version identifier is invalid: ") + e.what());
     }

@@ -7,13 +7,10 @@
 
 namespace cppmicroservices::detail::core {
 
-/// Objects and arrays may lie this deep in one another; reading and destroying them is recursive.
-constexpr int manifestDepthLimit = 200;
-
 /// Reads the text of a manifest.
 ///
-/// Objects become maps whose keys are found without regard to case, arrays become std::vector<Any>. Left out are null
-/// and integers that are no int. Of keys that are equal but for case the first one wins.
+/// Objects become maps whose keys are found without regard to case, arrays become std::vector<Any>. What is left out,
+/// and which of several keys counts, is told in bundle_reader/manifest/ManifestRules.h.
 ///
 /// @throws std::runtime_error that names the bundle and the location
 AnyMap parseManifest(std::string const& text, std::string const& bundle, std::string const& location);

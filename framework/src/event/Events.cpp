@@ -10,6 +10,7 @@
 
 #include <ostream>
 #include <sstream>
+#include <utility>
 
 namespace cppmicroservices::detail::core {
 
@@ -26,11 +27,42 @@ ServiceEvent eventOf(ServiceEvent::Type type, std::shared_ptr<ServiceRecord> con
     return {type, HandleAccess::reference(std::move(data))};
 }
 
+/// A call of a listener by this thread; they lie on its stack, those of all frameworks in one chain.
+struct Call {
+    explicit Call(Events const& whose) : events(whose), outer(std::exchange(innermost, this)) {}
+    Call(Call const&) = delete;
+    Call& operator=(Call const&) = delete;
+    ~Call() { innermost = outer; }
+
+    Events const& events;
+    Call const* const outer;
+
+    static thread_local Call const* innermost;
+};
+
+thread_local Call const* Call::innermost = nullptr;
+
 } // namespace
 
-void Events::publish(BundleEvent::Type type, std::shared_ptr<BundleRecord> const& bundle) noexcept
+bool Events::callsFromThisThread() const
 {
-    try {
+    auto const* call = Call::innermost;
+    while (call != nullptr && &call->events != this) {
+        call = call->outer;
+    }
+    return call != nullptr;
+}
+
+template <class L, class Event>
+std::exception_ptr Events::call(L const& listener, Event const& event) const
+{
+    Call const call(*this);
+    return caughtFrom([&] { listener.call(event); });
+}
+
+void Events::publish(BundleEvent::Type type, std::shared_ptr<BundleRecord> const& bundle)
+{
+    auto const missed = caughtFrom([&] {
         if (m_log != nullptr) {
             std::ostringstream text;
             text << "bundle " << type << ' ' << bundle->text();
@@ -45,16 +77,15 @@ void Events::publish(BundleEvent::Type type, std::shared_ptr<BundleRecord> const
             if (listener->removed.load()) {
                 continue;
             }
-            try {
-                listener->call(event);
-            } catch (...) {
+            if (auto const thrown = call(*listener, event)) {
                 publish(FrameworkEvent::FRAMEWORK_ERROR, listener->bundle, "Bundle listener threw an exception",
-                        std::current_exception());
+                        thrown);
             }
         }
-    } catch (...) {
+    });
+    if (missed) {
         // Only memory can be short here. An event never disturbs the operation that it tells of.
-        note("A bundle event was not delivered: " + currentReason());
+        note("A bundle event was not delivered: " + reasonOf(missed));
     }
 }
 
@@ -82,35 +113,33 @@ void Events::deliver(ServiceEvent const& event, ServiceListenerCandidates const&
         if (listener.removed.load() || !wanted(listener)) {
             return;
         }
-        try {
-            listener.call(event);
-        } catch (...) {
+        if (auto const thrown = call(listener, event)) {
             publish(FrameworkEvent::FRAMEWORK_ERROR, listener.bundle,
-                    "Service listener in " + listener.bundle->name() + " threw an exception!",
-                    std::current_exception());
+                    "Service listener in " + listener.bundle->name() + " threw an exception!", thrown);
         }
     });
 }
 
 void Events::publish(ServiceEvent::Type type, std::shared_ptr<ServiceRecord> const& service,
-                     Properties const& properties) noexcept
+                     Properties const& properties)
 {
-    try {
+    auto const missed = caughtFrom([&] {
         note(type, *service);
         auto const all = candidates(*properties);
         if (!all.isEmpty()) {
             deliver(eventOf(type, service), all,
                     [&properties](FilteredListener const& listener) { return matches(listener, *properties); });
         }
-    } catch (...) {
-        note("A service event was not delivered: " + currentReason());
+    });
+    if (missed) {
+        note("A service event was not delivered: " + reasonOf(missed));
     }
 }
 
 void Events::publishModified(std::shared_ptr<ServiceRecord> const& service, Properties const& properties,
-                             Properties const& former) noexcept
+                             Properties const& former)
 {
-    try {
+    auto const missed = caughtFrom([&] {
         note(ServiceEvent::SERVICE_MODIFIED, *service);
         auto const all = candidates(*properties); // the former id and classes are the same
         if (all.isEmpty()) {
@@ -122,15 +151,16 @@ void Events::publishModified(std::shared_ptr<ServiceRecord> const& service, Prop
                 [&properties, &former](FilteredListener const& listener) {
                     return !matches(listener, *properties) && matches(listener, *former);
                 });
-    } catch (...) {
-        note("A service event was not delivered: " + currentReason());
+    });
+    if (missed) {
+        note("A service event was not delivered: " + reasonOf(missed));
     }
 }
 
 void Events::publish(FrameworkEvent::Type type, std::shared_ptr<BundleRecord> const& bundle, std::string const& message,
-                     std::exception_ptr const& exception) noexcept
+                     std::exception_ptr const& exception)
 {
-    try {
+    auto const missed = caughtFrom([&] {
         auto const listeners = m_listeners.frameworkListeners();
         if (m_log == nullptr && !listeners) {
             return;
@@ -148,32 +178,29 @@ void Events::publish(FrameworkEvent::Type type, std::shared_ptr<BundleRecord> co
             if (listener->removed.load()) {
                 continue;
             }
-            try {
-                listener->call(event);
-            } catch (...) {
-                note("Framework listener in " + listener->bundle->name() + " threw an exception: " + currentReason());
+            if (auto const thrown = call(*listener, event)) {
+                note("Framework listener in " + listener->bundle->name() + " threw an exception: " + reasonOf(thrown));
             }
         }
-    } catch (...) {
-        note("A framework event was not delivered: " + currentReason());
+    });
+    if (missed) {
+        note("A framework event was not delivered: " + reasonOf(missed));
     }
 }
 
-void Events::note(std::string const& text) noexcept
+void Events::note(std::string const& text)
 {
     if (m_log == nullptr) {
         return;
     }
-    try {
+    (void)caughtFrom([&] {
         if (m_writing.take() == ForeignCodeLock::Outcome::wouldNeverEnd) {
             return; // the stream itself calls the framework; what comes of that is not written
         }
         ForeignCodeScope const writing(m_writing);
         *m_log << text << '\n';
         m_log->flush();
-    } catch (...) {
-        return;
-    }
+    });
 }
 
 } // namespace cppmicroservices::detail::core

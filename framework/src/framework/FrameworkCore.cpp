@@ -7,6 +7,7 @@
 #include "framework/Configuration.h"
 #include "framework/HandleAccess.h"
 #include "service/ServiceRegistry.h"
+#include "value/Reason.h"
 
 #include "cppmicroservices/Constants.h"
 
@@ -131,11 +132,8 @@ void FrameworkCore::init()
         m_systemBundle->setContext(BundleContextPrivate::make(m_systemBundle, m_services));
         m_mayStartBundles = true;
         m_systemBundle->setState(Bundle::STATE_STARTING);
-        try {
-            program = m_bundles.addProgram(*this);
-        } catch (...) {
-            failure = std::current_exception(); // the framework is up all the same, as after any failed installation
-        }
+        // On failure the framework is up all the same, as after any failed installation.
+        failure = caughtFrom([&] { program = m_bundles.addProgram(*this); });
     }
     m_events->note("bundle STARTING " + m_systemBundle->text()); // no event: listeners come only with the context
     for (auto const& bundle : program) {
@@ -171,26 +169,80 @@ void FrameworkCore::stop()
     if (m_stopping || !isUp()) {
         return; // another thread was faster
     }
-    m_stopper = std::thread([core = shared_from_this()] { core->runStop(); });
-    m_stopping = true; // the thread waits for the lock before it looks at anything
+    try {
+        m_stopper = std::thread([core = shared_from_this()] { core->runStop(); });
+        m_stopping = true; // the thread waits for the lock before it looks at anything
+    } catch (std::exception const& e) {
+        lock.unlock();
+        stopHere(e.what());
+    }
 }
 
-void FrameworkCore::runStop() noexcept
+void FrameworkCore::stopHere(char const* whyNoThread)
 {
+    if (calledFromWithin() || m_events->callsFromThisThread()) {
+        throw std::runtime_error(
+            "The framework cannot be stopped from inside an activator or a listener of its own bundles, as no thread "
+            "can be made that would do it (" +
+            std::string(whyNoThread) + "); call Stop() again later, or from elsewhere.");
+    }
+    {
+        Lock const lock(m_mutex);
+        if (m_stopping || !isUp()) {
+            return; // another thread was faster
+        }
+        m_stopping = true;
+    }
+    runStop();
+}
+
+void FrameworkCore::runStop()
+{
+    bool begins = false;
     {
         Lock const lock(m_mutex);
         m_stoppingBy = std::this_thread::get_id();
         m_mayStartBundles = false;
+        begins = m_systemBundle->state() != Bundle::STATE_STOPPING;
         m_systemBundle->setState(Bundle::STATE_STOPPING);
     }
-    m_events->publish(BundleEvent::BUNDLE_STOPPING, m_systemBundle);
+    (void)caughtFrom(
+        [&] {
+            if (begins) {
+                m_events->publish(BundleEvent::BUNDLE_STOPPING, m_systemBundle);
+            }
+            retireBundles();
+        },
+        [this] { handStopOn(); });
+    endStop();
+}
 
+void FrameworkCore::handStopOn()
+{
+    try {
+        Lock const lock(m_mutex);
+        std::thread next([core = shared_from_this()] { core->runStop(); });
+        if (m_stopper.joinable()) {
+            m_stopper.detach(); // the one that ends
+        }
+        m_stopper = std::move(next);
+    } catch (std::exception const&) {
+        runStop(); // no thread can be made, so this one goes on before it ends
+    }
+}
+
+void FrameworkCore::retireBundles()
+{
     auto const bundles = m_bundles.all();
     for (auto bundle = bundles.rbegin(); bundle != bundles.rend(); ++bundle) {
         if (!(*bundle)->isSystemBundle()) {
             retireBundle(*this, *bundle);
         }
     }
+}
+
+void FrameworkCore::endStop()
+{
     auto const left = m_bundles.close(); // what was installed meanwhile; it cannot have been started
     for (auto const& bundle : left) {
         bundle->detach();

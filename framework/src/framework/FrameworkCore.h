@@ -72,8 +72,16 @@ private:
 
     using Lock = std::unique_lock<std::mutex>;
 
-    /// Does the stop; m_stopping is true.
-    void runStop() noexcept;
+    /// Stops in the calling thread.
+    ///
+    /// @throws std::runtime_error inside of an activator or a listener, for which the stop would wait
+    void stopHere(char const* whyNoThread);
+
+    /// Does the stop; m_stopping is true. When an activator ends the thread, another one does the rest.
+    void runStop();
+    void handStopOn();
+    void retireBundles();
+    void endStop();
     bool isUp() const;
     bool calledFromWithin();
     void waitForStopUnderWay(Lock& lock);

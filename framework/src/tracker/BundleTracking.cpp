@@ -1,6 +1,7 @@
 #include "cppmicroservices/detail/BundleTracking.h"
 
 #include "tracker/TrackerFailure.h"
+#include "value/Reason.h"
 
 #include <algorithm>
 #include <exception>
@@ -57,7 +58,7 @@ void BundleTracking::open(std::unique_ptr<TrackedBundles::Customizer> customizer
 
 void BundleTracking::close() noexcept
 {
-    try {
+    report(core::caughtFrom([this] {
         auto const open = items();
         if (!open || !open->close()) {
             return;
@@ -65,9 +66,7 @@ void BundleTracking::close() noexcept
         removeListener(open->takeListener());
         open->awaitListener();
         open->removeAll(BundleEvent());
-    } catch (...) {
-        report();
-    }
+    }));
 }
 
 void BundleTracking::remove(Bundle const& bundle) noexcept
@@ -76,17 +75,14 @@ void BundleTracking::remove(Bundle const& bundle) noexcept
     if (!open || !bundle) {
         return;
     }
-    try {
-        open->remove(bundle, BundleEvent());
-    } catch (...) {
-        report();
-    }
+    report(core::caughtFrom([&] { open->remove(bundle, BundleEvent()); }));
 }
 
-void BundleTracking::report() const noexcept
+void BundleTracking::report(std::exception_ptr const& thrown) const
 {
-    detail::core::reportTrackerFailure(m_context, "Bundle tracker customizer threw an exception",
-                                       std::current_exception());
+    if (thrown) {
+        core::reportTrackerFailure(m_context, "Bundle tracker customizer threw an exception", thrown);
+    }
 }
 
 void BundleTracking::removeListener(ListenerToken token) const

@@ -1,6 +1,7 @@
 #include "cppmicroservices/detail/ServiceTracking.h"
 
 #include "tracker/TrackerFailure.h"
+#include "value/Reason.h"
 
 #include "cppmicroservices/Constants.h"
 #include "cppmicroservices/LDAPFilter.h"
@@ -137,11 +138,8 @@ void ServiceTracking::close()
 
 void ServiceTracking::closeQuietly() noexcept
 {
-    try {
-        close();
-    } catch (...) {
-        detail::core::reportTrackerFailure(m_context, "Service tracker customizer threw an exception",
-                                           std::current_exception());
+    if (auto const thrown = core::caughtFrom([this] { close(); })) {
+        core::reportTrackerFailure(m_context, "Service tracker customizer threw an exception", thrown);
     }
 }
 

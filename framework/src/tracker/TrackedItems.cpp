@@ -1,5 +1,7 @@
 #include "cppmicroservices/detail/TrackedItems.h"
 
+#include "value/Reason.h"
+
 #include "cppmicroservices/Bundle.h"
 #include "cppmicroservices/BundleEvent.h"
 #include "cppmicroservices/ServiceEvent.h"
@@ -248,11 +250,8 @@ void TrackedItems<Item, Event>::removeAll(Event const& event)
 {
     std::exception_ptr first;
     for (auto const& entry : entries()) {
-        try {
-            remove(entry.item, event);
-        } catch (...) {
-            first = first ? first : std::current_exception();
-        }
+        auto const thrown = core::caughtFrom([&] { remove(entry.item, event); });
+        first = first ? first : thrown;
     }
     if (first) {
         std::rethrow_exception(first);

@@ -1,43 +1,14 @@
 #include "cppmicroservices/BundleVersion.h"
 
-#include <algorithm>
-#include <array>
-#include <locale>
+#include "bundle_reader/manifest/Version.h"
+
 #include <ostream>
-#include <sstream>
 #include <stdexcept>
-#include <vector>
+#include <utility>
 
 namespace cppmicroservices {
 
 namespace {
-
-constexpr std::size_t numberCount = 3;
-
-/// The parts between the dots; a dot at the very end begins no further part.
-std::vector<std::string> partsOf(std::string const& version)
-{
-    std::vector<std::string> parts;
-    std::istringstream in(version);
-    for (std::string part; std::getline(in, part, '.');) {
-        parts.push_back(part);
-    }
-    return parts;
-}
-
-/// Reads a number as C++ streams do: leading blanks and anything after the digits are passed over.
-bool readNumber(std::string const& part, unsigned int& number)
-{
-    std::istringstream in(part);
-    in.imbue(std::locale::classic());
-    in >> number;
-    return !in.fail();
-}
-
-bool isQualifierCharacter(char c)
-{
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == '-';
-}
 
 int compared(unsigned int l, unsigned int r)
 {
@@ -81,24 +52,14 @@ BundleVersion::BundleVersion(unsigned int majorVersion, unsigned int minorVersio
 
 BundleVersion::BundleVersion(std::string const& version) : m_undefined(version.empty())
 {
-    if (m_undefined) {
-        return;
+    auto reading = ostrel::bundle_reader::readVersion(version);
+    if (!reading.fault.empty()) {
+        throw std::invalid_argument(reading.fault);
     }
-    const auto parts = partsOf(version);
-    const std::array<unsigned int*, numberCount> numbers{&m_major, &m_minor, &m_micro};
-    const auto given = std::min(parts.size(), numberCount);
-    bool readable = false;
-    for (std::size_t i = 0; i < given; ++i) {
-        // Only the last number must be one: "1..2" is 1.0.2.
-        readable = readNumber(parts[i], *numbers[i]);
-    }
-    if (!readable || parts.size() > numberCount + 1) {
-        throw std::invalid_argument("invalid format");
-    }
-    if (parts.size() > numberCount) {
-        m_qualifier = parts.back();
-        validate();
-    }
+    m_major = reading.version.numbers[0];
+    m_minor = reading.version.numbers[1];
+    m_micro = reading.version.numbers[2];
+    m_qualifier = std::move(reading.version.qualifier);
 }
 
 BundleVersion::BundleVersion(BundleVersion const& version) = default;
@@ -108,8 +69,8 @@ BundleVersion& BundleVersion::operator=(BundleVersion const& v) = default;
 
 void BundleVersion::validate() const
 {
-    if (!std::all_of(m_qualifier.begin(), m_qualifier.end(), isQualifierCharacter)) {
-        throw std::invalid_argument("invalid qualifier: " + m_qualifier);
+    if (auto const fault = ostrel::bundle_reader::qualifierFault(m_qualifier); !fault.empty()) {
+        throw std::invalid_argument(fault);
     }
 }
 
@@ -151,14 +112,7 @@ std::string BundleVersion::GetQualifier() const
 
 std::string BundleVersion::ToString() const
 {
-    if (m_undefined) {
-        return "undefined";
-    }
-    std::string text = std::to_string(m_major) + '.' + std::to_string(m_minor) + '.' + std::to_string(m_micro);
-    if (!m_qualifier.empty()) {
-        text += '.' + m_qualifier;
-    }
-    return text;
+    return toText(ostrel::bundle_reader::Version{m_undefined, {m_major, m_minor, m_micro}, m_qualifier});
 }
 
 bool BundleVersion::operator==(BundleVersion const& object) const

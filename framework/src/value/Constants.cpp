@@ -1,22 +1,26 @@
 #include "cppmicroservices/Constants.h"
 
+#include "bundle_reader/manifest/ManifestKeys.h"
+
 namespace cppmicroservices::Constants {
+
+namespace keys = ostrel::bundle_reader::keys;
 
 const std::string EQ = "=> 1";
 const std::string SYSTEM_BUNDLE_LOCATION = "System Bundle";
 const std::string SYSTEM_BUNDLE_SYMBOLICNAME = "system_bundle";
-const std::string BUNDLE_ACTIVATOR = "bundle.activator";
-const std::string BUNDLE_CATEGORY = "bundle.category";
-const std::string BUNDLE_COPYRIGHT = "bundle.copyright";
-const std::string BUNDLE_DESCRIPTION = "bundle.description";
-const std::string BUNDLE_MANIFESTVERSION = "bundle.manifest_version";
-const std::string BUNDLE_NAME = "bundle.name";
-const std::string BUNDLE_VENDOR = "bundle.vendor";
-const std::string BUNDLE_VERSION = "bundle.version";
-const std::string BUNDLE_DOCURL = "bundle.doc_url";
-const std::string BUNDLE_CONTACTADDRESS = "bundle.contact_address";
-const std::string BUNDLE_SYMBOLICNAME = "bundle.symbolic_name";
-const std::string BUNDLE_ACTIVATIONPOLICY = "bundle.activation_policy";
+const std::string BUNDLE_ACTIVATOR{keys::activator};
+const std::string BUNDLE_CATEGORY{keys::category};
+const std::string BUNDLE_COPYRIGHT{keys::copyright};
+const std::string BUNDLE_DESCRIPTION{keys::description};
+const std::string BUNDLE_MANIFESTVERSION{keys::manifestVersion};
+const std::string BUNDLE_NAME{keys::bundleName};
+const std::string BUNDLE_VENDOR{keys::vendor};
+const std::string BUNDLE_VERSION{keys::version};
+const std::string BUNDLE_DOCURL{keys::docUrl};
+const std::string BUNDLE_CONTACTADDRESS{keys::contactAddress};
+const std::string BUNDLE_SYMBOLICNAME{keys::symbolicName};
+const std::string BUNDLE_ACTIVATIONPOLICY{keys::activationPolicy};
 const std::string ACTIVATION_LAZY = "lazy";
 const std::string FRAMEWORK_VERSION = "org.cppmicroservices.framework.version";
 const std::string FRAMEWORK_VENDOR = "org.cppmicroservices.framework.vendor";
@@ -41,7 +45,7 @@ const std::string SCOPE_SINGLETON = "singleton";
 const std::string SCOPE_BUNDLE = "bundle";
 const std::string SCOPE_PROTOTYPE = "prototype";
 const std::string LIBRARY_LOAD_OPTIONS = "org.cppmicroservices.library.load.options";
-const std::string BUNDLE_LOCALIZATION = "bundle.localization";
+const std::string BUNDLE_LOCALIZATION{keys::localization};
 const std::string BUNDLE_LOCALIZATION_DEFAULT_BASENAME = "US-INF/l10n/bundle";
 
 } // namespace cppmicroservices::Constants

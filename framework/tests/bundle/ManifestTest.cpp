@@ -1,5 +1,6 @@
 #include "bundle/Manifest.h"
 
+#include "bundle_reader/manifest/Json.h"
 #include "contract/ThrownText.h"
 
 #include <gtest/gtest.h>
@@ -63,9 +64,33 @@ TEST(Manifest, mayNestAsDeepAsTheLimit)
         return R"({"a":)" + std::string(static_cast<std::size_t>(depth), '[') +
                std::string(static_cast<std::size_t>(depth), ']') + "}";
     };
-    EXPECT_EQ(1U, parseManifest(nested(detail::core::manifestDepthLimit - 1), "N", "/l").size());
-    EXPECT_EQ("The objects and arrays nest deeper than 200 levels.", failure(nested(detail::core::manifestDepthLimit)));
+    EXPECT_EQ(1U, parseManifest(nested(ostrel::bundle_reader::nestingLimit - 1), "N", "/l").size());
+    EXPECT_EQ("The objects and arrays nest deeper than 200 levels.",
+              failure(nested(ostrel::bundle_reader::nestingLimit)));
     EXPECT_EQ("The objects and arrays nest deeper than 200 levels.", failure(nested(5000000)));
+}
+
+TEST(Manifest, tellsTheFirstOfSeveralFaults)
+{
+    std::string const deep(1000, '[');
+    EXPECT_EQ("Missing a colon after a name of object member.", failure(R"({"a" 1, "b": )" + deep));
+    EXPECT_EQ("Number too big to be stored in double.", failure(R"({"a": 21474836481e308, "b": )" + deep));
+    EXPECT_EQ("Number too big to be stored in double.", failure(R"({"a": 21474836481e308, b})"));
+    EXPECT_EQ("Invalid value.", failure("[1,"));
+}
+
+TEST(Manifest, takesAPercentSignOffTexts)
+{
+    auto const map = parseManifest(R"({"%a": "%b", "l": ["%%c", "d%"], "m": {"e": "%"}})", "N", "/l");
+    EXPECT_EQ("b", any_cast<std::string>(map.at("%a")));
+    EXPECT_EQ("%c", any_cast<std::string>(any_cast<std::vector<Any>>(map.at("l")).at(0)));
+    EXPECT_EQ("d%", any_cast<std::string>(any_cast<std::vector<Any>>(map.at("l")).at(1)));
+    EXPECT_EQ("", any_cast<std::string>(any_cast<AnyMap>(map.at("m")).at("e")));
+}
+
+TEST(Manifest, readsAHugeNegativeExponentAsZero)
+{
+    EXPECT_EQ(0.0, any_cast<double>(parseManifest(R"({"a": 0.0000000001e-2147483639})", "N", "/l").at("a")));
 }
 
 TEST(Manifest, refusesNumbersThatAreNoDouble)

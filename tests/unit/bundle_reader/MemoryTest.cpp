@@ -48,9 +48,9 @@ TEST_P(Memory, GivenAllocationThatFails_WhenFileIsRead_ThenThatIsTold)
             contents.reset();
             contents = read(path);
         },
-        [&](bool outOfMemory) {
+        [&](const RunOfMemory& run) {
             EXPECT_EQ(before, openFiles());
-            if (!outOfMemory) {
+            if (!run.outOfMemory) {
                 ASSERT_TRUE(contents);
                 EXPECT_EQ("", contents->damage);
                 EXPECT_EQ(1U, contents->folders.size());
@@ -68,8 +68,8 @@ TEST_P(Memory, GivenAllocationThatFails_WhenEntryIsRead_ThenThatIsToldAndTheNext
         const ArchiveReader reader{openArchive(path, contents.place)};
         data = reader.read(1);
     };
-    const std::size_t allocations = failEachAllocation(readPad, [&](bool outOfMemory) {
-        EXPECT_EQ(outOfMemory, data.empty());
+    const std::size_t allocations = failEachAllocation(readPad, [&](const RunOfMemory& run) {
+        EXPECT_EQ(run.outOfMemory, data.empty());
         readPad();
         EXPECT_EQ('p', data.back());
     });

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 namespace {
 
@@ -158,6 +159,30 @@ TEST_F(LargeArchive, GivenEntryThatIsSaidToBeLargerThanAnyMayBe_WhenRead_ThenThe
     } catch (const std::runtime_error& error) {
         EXPECT_THAT(error.what(), HasSubstr("'a/one': it is larger than an entry may be, 1024 MiB"));
     }
+}
+
+TEST_F(LargeArchive, GivenEntryThatIsNotAsLongAsTheDirectorySays_WhenRead_ThenTheErrorTells)
+{
+    std::string bytes = archive;
+    bytes[bytes.rfind("a/one") - 46 + 24] = 6;
+    const std::string path = write(bytes);
+    const ArchiveReader reader{openArchive(path, read(path).place)};
+    try {
+        reader.read(0);
+        FAIL() << "nothing was thrown";
+    } catch (const std::runtime_error& error) {
+        EXPECT_THAT(error.what(), HasSubstr("'a/one': "));
+    }
+}
+
+TEST(Stamp, GivenNoFile_WhenAsked_ThenItIsThatOfNone)
+{
+    EXPECT_EQ(FileStamp{}, stampOf("/no/such/file"));
+}
+
+TEST(Read, GivenPathWithAZeroByte_WhenRead_ThenNoFileOfAShorterNameIsOpened)
+{
+    EXPECT_THROW(read(std::string{"/proc/self/exe\0.so", 18}), std::system_error);
 }
 
 } // namespace

@@ -4,7 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <pthread.h>
 #include <stdexcept>
+#include <thread>
 
 namespace ostrel::test {
 namespace {
@@ -61,6 +63,19 @@ TEST_F(ReleaseLogged, GivenMaskWithoutItsBit_WhenTheReleaseThrows_ThenNothingIsL
 
     releaseLogged("name", [] { throw 42; });
 
+    EXPECT_THAT(log.records(), IsEmpty());
+}
+
+TEST_F(ReleaseLogged, GivenReleaseThatEndsTheThread_WhenRun_ThenTheThreadEnds)
+{
+    bool returned = false;
+
+    std::thread{[&] {
+        releaseLogged("name", [] { pthread_exit(nullptr); });
+        returned = true;
+    }}.join();
+
+    EXPECT_FALSE(returned);
     EXPECT_THAT(log.records(), IsEmpty());
 }
 

@@ -6,6 +6,7 @@
 #include "cppmicroservices/detail/TrackedItems.h"
 
 #include <cstdint>
+#include <exception>
 #include <memory>
 #include <mutex>
 
@@ -34,7 +35,7 @@ public:
 
 private:
     void removeListener(ListenerToken token) const;
-    void report() const noexcept;
+    void report(std::exception_ptr const& thrown) const;
 
     BundleContext const m_context;
     std::uint32_t const m_stateMask;

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace ostrel::bundle_checker {
+
+/// Bytes that the UTF-8 character at the beginning of the text takes; 0 when there is none.
+std::size_t characterLength(std::string_view text);
+
+} // namespace ostrel::bundle_checker
