@@ -2,15 +2,16 @@
 
 #include "platform/BundleFileCheck.h"
 #include "platform/InstallError.h"
+#include "platform/InstalledFiles.h"
 #include "platform/RegularFiles.h"
 #include "platform/Utf8.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
-#include <map>
 #include <memory>
 #include <new>
+#include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -58,10 +59,10 @@ std::string canonical(const std::string& path)
 class Installation {
 public:
     /// @throws the framework's own error when `context` is not valid
-    explicit Installation(BundleContext context) : m_context{std::move(context)}
+    explicit Installation(BundleContext context) : m_context{std::move(context)}, m_installed{m_context}
     {
-        for (const Bundle& bundle : m_context.GetBundles()) {
-            remember(bundle.GetLocation());
+        if (!m_context) {
+            m_context.GetBundle();
         }
     }
 
@@ -71,63 +72,59 @@ public:
         if (identities.empty()) {
             return;
         }
-        const std::string location = locationOf(path);
-        for (const Bundle& bundle : installFile(path, location, identities)) {
+        for (const Bundle& bundle : installFile(path, canonical(path), identities)) {
             if (m_returned.insert(bundle.GetBundleId()).second) {
                 m_bundles.push_back(bundle);
             }
         }
-        remember(location);
     }
 
     std::vector<Bundle> take() { return std::move(m_bundles); }
 
 private:
-    using FileId = std::pair<dev_t, ino_t>;
+    struct Attempt {
+        std::vector<Bundle> bundles;
+        std::optional<std::string> refusal; ///< the framework's words
+    };
 
-    void remember(const std::string& location)
-    {
-        struct stat status {};
-        if (::stat(location.c_str(), &status) == 0 && S_ISREG(status.st_mode)) {
-            m_locations.emplace(FileId{status.st_dev, status.st_ino}, location);
-        }
-    }
-
-    /// The canonical path, unless the file is installed under another spelling or hard link already.
-    std::string locationOf(const std::string& path) const
-    {
-        std::string location = canonical(path);
-        struct stat status {};
-        if (::stat(location.c_str(), &status) != 0) {
-            failToRead(path, errno);
-        }
-        const auto known = m_locations.find(FileId{status.st_dev, status.st_ino});
-        if (known != m_locations.end() && m_context.GetBundles(location).empty()) {
-            return known->second;
-        }
-        return location;
-    }
-
-    std::vector<Bundle> installFile(const std::string& path, const std::string& location,
+    /// Installs the file at its canonical path; where that is refused, under the spelling or link under which it is
+    /// installed already.
+    std::vector<Bundle> installFile(const std::string& path, std::string location,
                                     const std::vector<BundleIdentity>& identities)
     {
+        Attempt attempt = tryAt(location);
+        if (attempt.refusal) {
+            if (auto known = m_installed.locationOf(location)) {
+                location = std::move(*known);
+                attempt = tryAt(location);
+            }
+        }
+        if (attempt.refusal) {
+            refuseTwin(path, location, identities);
+            failInstall("the framework refused '" + path + "': " + *attempt.refusal);
+        }
+        m_installed.add(location);
+        return std::move(attempt.bundles);
+    }
+
+    Attempt tryAt(const std::string& location)
+    {
         try {
-            return m_context.InstallBundles(location);
+            return {m_context.InstallBundles(location), std::nullopt};
         } catch (const std::bad_alloc&) {
             throw;
         } catch (const std::exception& error) {
             if (!m_context) {
                 throw; // the framework was stopped meanwhile; that is not the file's fault
             }
-            refuseTwin(path, location, identities);
-            failInstall("the framework refused '" + path + "': " + error.what());
+            return {{}, error.what()};
         }
     }
 
     void refuseTwin(const std::string& path, const std::string& location,
                     const std::vector<BundleIdentity>& identities) const
     {
-        for (const Bundle& bundle : m_context.GetBundles()) {
+        for (const Bundle& bundle : m_installed.bundles()) {
             for (const BundleIdentity& identity : identities) {
                 if (bundle.GetLocation() != location && bundle.GetSymbolicName() == identity.symbolicName &&
                     bundle.GetVersion().ToString() == identity.version) {
@@ -140,7 +137,7 @@ private:
     }
 
     BundleContext m_context;
-    std::map<FileId, std::string> m_locations;
+    InstalledFiles m_installed;
     std::set<long> m_returned;
     std::vector<Bundle> m_bundles;
 };

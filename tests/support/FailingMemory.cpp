@@ -16,11 +16,12 @@ namespace {
 // Initialised without code, as memory is allocated before any of this program runs.
 thread_local std::size_t left = 0; // until the one that fails; 0: none
 thread_local bool failed = false;
+thread_local int uncounted = 0; // how many ask for it
 thread_local bool goesOn = false;
 
 bool fails()
 {
-    if (left == 0 || --left != 0) {
+    if (left == 0 || uncounted != 0 || --left != 0) {
         return false;
     }
     left = goesOn ? 1 : 0;
@@ -46,6 +47,16 @@ FailingMemory::~FailingMemory()
 bool FailingMemory::hasFailed()
 {
     return failed;
+}
+
+UncountedMemory::UncountedMemory()
+{
+    ++uncounted;
+}
+
+UncountedMemory::~UncountedMemory()
+{
+    --uncounted;
 }
 
 } // namespace ostrel::test

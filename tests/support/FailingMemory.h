@@ -29,6 +29,15 @@ struct RunOfMemory {
     bool outOfMemory; ///< whether std::bad_alloc left it
 };
 
+/// Lets this thread's allocations succeed, and leaves them out of the count, while it lives.
+class UncountedMemory {
+public:
+    UncountedMemory();
+    UncountedMemory(const UncountedMemory&) = delete;
+    UncountedMemory& operator=(const UncountedMemory&) = delete;
+    ~UncountedMemory();
+};
+
 /// Runs `work` once for each of its allocations, each time with that one failing, until it runs without reaching the
 /// number. `afterwards` is called with a RunOfMemory after each.
 ///

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -40,7 +41,10 @@ ostrel::bundle_reader::Contents read(std::string const& location)
     }
     try {
         return ostrel::bundle_reader::read(location);
-    } catch (std::system_error const&) {
+    } catch (std::system_error const& error) {
+        if (error.code() == std::errc::not_enough_memory) {
+            throw std::bad_alloc();
+        }
         // A folder, a file that may not be read: it holds no bundle, and so says the caller.
         return {};
     }
@@ -104,6 +108,8 @@ BundleRegistry::Records BundleRegistry::made(FrameworkCore& core, std::string co
                 core.makeRecord({id, candidate.name, location, version, std::move(headers), candidate.resources});
             requireNew(*record);
             made.push_back(std::move(record));
+        } catch (std::bad_alloc const&) {
+            throw; // says nothing about the bundle
         } catch (std::exception const& e) {
             throw std::runtime_error("Failed to install bundle library at " + location + ": " + e.what());
         }
@@ -153,14 +159,13 @@ BundleRegistry::Records BundleRegistry::addMissing(FrameworkCore& core, std::str
         candidates = candidatesOf(absent, location, manifests);
     }
     auto added = made(core, location, candidates);
-    for (auto const& record : added) {
-        add(record);
-    }
+    std::vector<std::string> names;
+    std::transform(candidates.begin(), candidates.end(), std::back_inserter(names),
+                   [](Candidate const& candidate) { return candidate.name; });
+    auto& known = m_names[location];
+    addAll(added);
     if (present.empty()) {
-        auto& names = m_names[location];
-        names.clear();
-        std::transform(candidates.begin(), candidates.end(), std::back_inserter(names),
-                       [](Candidate const& candidate) { return candidate.name; });
+        known.swap(names);
     }
     return added;
 }

@@ -75,6 +75,21 @@ void BundleRegistry::add(Record const& bundle)
     m_byName.emplace(bundle->name(), bundle);
 }
 
+void BundleRegistry::addAll(Records const& bundles)
+{
+    try {
+        for (auto const& bundle : bundles) {
+            add(bundle);
+        }
+    } catch (...) {
+        // All or none: a later attempt takes a location with one of its bundles for installed.
+        for (auto const& bundle : bundles) {
+            remove(*bundle);
+        }
+        throw;
+    }
+}
+
 void BundleRegistry::remove(BundleRecord const& bundle)
 {
     auto const isIt = [&bundle](auto const& entry) { return entry.second.get() == &bundle; };

@@ -62,6 +62,7 @@ private:
     Records made(FrameworkCore& core, std::string const& location, std::vector<Candidate> const& candidates);
     void requireNew(BundleRecord const& bundle) const;
     void add(Record const& bundle);
+    void addAll(Records const& bundles);
 
     std::mutex m_installing;    // one installation at a time; taken before m_mutex
     mutable std::mutex m_mutex; // guards all below

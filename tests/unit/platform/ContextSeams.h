@@ -23,6 +23,11 @@ public:
     ~ContextSeams();
 
     std::function<Bundles(const std::string& location)> installBundles;
+    std::function<Bundles()> getBundles;
 };
+
+/// The real functions, for use in what is set.
+ContextSeams::Bundles reallyInstallBundles(cppmicroservices::BundleContext context, const std::string& location);
+ContextSeams::Bundles reallyGetBundles(const cppmicroservices::BundleContext& context);
 
 } // namespace ostrel::test
