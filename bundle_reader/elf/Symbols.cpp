@@ -54,7 +54,8 @@ private:
 
 std::string SymbolReader::bytes(std::uint64_t offset, std::uint64_t length) const
 {
-    std::string read = fits(m_file.size(), offset, length) ? m_file.text(offset, static_cast<std::size_t>(length)) : std::string{};
+    std::string read =
+        fits(m_file.size(), offset, length) ? m_file.text(offset, static_cast<std::size_t>(length)) : std::string{};
     if (read.size() != length) {
         fail("a table reaches past the end of the file");
     }

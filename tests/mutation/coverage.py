@@ -5,7 +5,7 @@ import os
 import shutil
 import time
 from array import array
-from collections import defaultdict
+from collections import Counter, defaultdict
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
@@ -25,14 +25,13 @@ class Coverage:
         self._names = names
         self.seconds = seconds
         self._lines = lines  # file, line, one bit for each test
-        self._weights: dict[str, int] = {}
-        for of_file in lines.values():
-            for mask in of_file.values():
-                for name in self._tests(mask):
-                    self._weights[name] = self._weights.get(name, 0) + 1
+        self._weights: Counter = Counter()
+        for mask, count in Counter(mask for of_file in lines.values() for mask in of_file.values()).items():
+            for name in self._tests(mask):
+                self._weights[name] += count
 
     def _tests(self, mask: int) -> list[str]:
-        return [name for i, name in enumerate(self._names) if mask >> i & 1]
+        return [name for name, bit in zip(self._names, reversed(f"{mask:b}")) if bit == "1"]
 
     def tests_of_line(self, file: str, line: int) -> list[str] | None:
         """The names of the tests that reach a line; None where a line has no code of its own."""
@@ -47,7 +46,7 @@ class Coverage:
 
     def lines_reached(self, name: str) -> int:
         """How many lines a test reaches: those of a test that reaches few are more often its subject."""
-        return self._weights.get(name, 0)
+        return self._weights[name]
 
     def write(self, path: Path):
         lines = {file: {str(line): f"{mask:x}" for line, mask in of.items()} for file, of in self._lines.items()}

@@ -18,8 +18,10 @@ std::string absolute(std::string const& location)
 } // namespace
 
 ResourceFile::ResourceFile(std::string location, ostrel::bundle_reader::Contents const& contents)
-    : m_location(std::move(location)), m_place(contents.place),
-      m_hasArchive(contents.archive == ostrel::bundle_reader::Archive::readable), m_wasWhole(!contents.truncated)
+    : m_location(std::move(location)),
+      m_place(contents.place),
+      m_hasArchive(contents.archive == ostrel::bundle_reader::Archive::readable),
+      m_wasWhole(!contents.truncated)
 {
     if (m_hasArchive && !m_place.kept) {
         m_path = absolute(m_location);

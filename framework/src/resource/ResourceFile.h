@@ -11,10 +11,10 @@
 
 namespace cppmicroservices::detail::core {
 
-/// The archive of a bundle file, open from the beginning so that removing or replacing the file changes nothing. That of
-/// most bundles is small and kept in memory; the files of larger ones are open as long as not too many others are read.
-/// Its directory is read when a resource is first asked for. Shared by the bundles that were installed from the file
-/// together, and by their resources; it outlives their framework.
+/// The archive of a bundle file, open from the beginning so that removing or replacing the file changes nothing. That
+/// of most bundles is small and kept in memory; the files of larger ones are open as long as not too many others are
+/// read. Its directory is read when a resource is first asked for. Shared by the bundles that were installed from the
+/// file together, and by their resources; it outlives their framework.
 ///
 /// All functions may be called from any thread.
 class ResourceFile {

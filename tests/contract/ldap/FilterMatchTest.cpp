@@ -33,7 +33,8 @@ TEST(FilterMatch, GivenText_WhenCompared_ThenCaseCountsAndStarsAreWildcards)
 {
     expectMatches(std::string("Hello World"),
                   {"(k=Hello World)", "(k=H*d)", "(k=*o W*)", "(k=**)", "(k~=helloworld)", "(k>=Hello)", "(k<=Hellp)",
-                   "(k<=*)", "", "(k=hello world)", "(k=H*o)", "(k~=h*)", "(k=Hello\\*)", "(k=)", "(k>=h)"});
+                   "(k>=Hello World)", "(k<=Hello World)", "(k<=*)", "", "(k=hello world)", "(k=H*o)", "(k~=h*)",
+                   "(k=Hello\\*)", "(k=)", "(k>=h)"});
     expectMatches(static_cast<const char*>("aab"), {"(k=*a*a*b*)", "(k=a*b)", "(k~=A A B)", "", "(k=a*ba)"});
     expectMatches(std::string("*("), {"(k=\\*\\()", "(k=*)", "", "(k=\\*)"});
     expectMatches(std::string(), {"(k=)", "(k=*)", "(k=**)", "(k<=x)", "", "(k=x)"});
@@ -45,8 +46,8 @@ TEST(FilterMatch, GivenIntegers_WhenCompared_ThenALeadingNumberCounts)
     for (const Any& value : {Any(5), Any(5L), Any(5LL), Any(static_cast<short>(5)), Any(5U), Any(5UL), Any(5ULL),
                              Any(static_cast<unsigned short>(5)), Any(static_cast<unsigned char>(5))}) {
         expectMatches(value, {"(k=5)", "(k=05)", "(k= 5)", "(k=5x)", "(k=5.9)", "(k=5*)", "(k=+5)", "(k~=5)", "(k>=4)",
-                              "(k<=5)", "(k=*)", "", "(k=6)", "(k=x)", "(k=)", "(k=**)", "(k=9223372036854775808)",
-                              "(k<=9223372036854775808)"});
+                              "(k>=5)", "(k<=5)", "(k=*)", "", "(k=6)", "(k=x)", "(k=)", "(k=**)",
+                              "(k=9223372036854775808)", "(k<=9223372036854775808)"});
     }
     expectMatches(0, {"(k=4294967296)", "(k=0x5)", "", "(k=4294967297)"});
     expectMatches(UINT_MAX, {"(k=-1)", "(k=4294967295)", "", "(k=0)"});
@@ -54,8 +55,8 @@ TEST(FilterMatch, GivenIntegers_WhenCompared_ThenALeadingNumberCounts)
 
 TEST(FilterMatch, GivenRealNumbers_WhenCompared_ThenTheirPrecisionCounts)
 {
-    expectMatches(1.5, {"(k=1.5)", "(k=1.50)", "(k=1.5x)", "(k=0x1.8)", "(k>=1e0)", "(k<=inf)", "", "(k=1)", "(k=x)",
-                        "(k<=nan)", "(k<=1e400)"});
+    expectMatches(1.5, {"(k=1.5)", "(k=1.50)", "(k=1.5x)", "(k=0x1.8)", "(k>=1e0)", "(k>=1.5)", "(k<=1.5)", "(k<=inf)",
+                        "", "(k=1)", "(k=x)", "(k<=nan)", "(k<=1e400)"});
     expectMatches(0.1F, {"(k=0.1)", "(k>=0.1)", "", "(k<=0.1)"});
     expectMatches(1.0, {"(k=0.9999999999999999)", "", "(k=1.0000000000000002)"});
     expectMatches(0.0, {"(k=2.2e-16)", "(k=5e-324)", "", "(k=2.3e-16)", "(k=1e-400)"});
