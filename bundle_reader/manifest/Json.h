@@ -33,7 +33,7 @@ struct JsonValue {
     };
 
     Kind kind = Kind::null;
-    bool boolean = false;
+    bool boolean = false;     ///< so for all other kinds
     bool aboveSigned = false; ///< wideInteger: `integer` is to be read as unsigned
     std::size_t offset = 0;   ///< of its first byte in the text
     std::int64_t integer = 0; ///< of both kinds of integers; of one above the signed range: the same 64 bits

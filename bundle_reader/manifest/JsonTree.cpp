@@ -101,15 +101,15 @@ bool JsonTree::Double(double number)
 bool JsonTree::RawNumber(const char* digits, rapidjson::SizeType length, bool /*copy*/)
 {
     const std::string_view whole{digits, length};
-    const std::string_view exponent = whole.substr(std::min(whole.find_first_of("eE"), whole.size()));
-    if (exponent.size() > 1 && exponent[1] == '-' && withoutZeros(exponent.substr(2)).size() > harmlessDigits) {
+    m_digits = m_dialect == JsonDialect::strict ? std::string_view{} : whole;
+    const std::size_t exponent = std::min(whole.find_first_of("eE"), whole.size());
+    const std::size_t digitsAt = std::min(whole.find_first_of("0123456789", exponent), whole.size());
+    // It is negative, as the parser has refused the number otherwise.
+    if (withoutZeros(whole.substr(digitsAt)).size() > harmlessDigits) {
         return Double(whole.front() == '-' ? -0.0 : 0.0);
     }
-    m_digits = m_dialect == JsonDialect::strict ? std::string_view{} : whole;
     rapidjson::MemoryStream stream{digits, length};
-    const bool taken = !JsonReader{&m_memory}.Parse(stream, *this).IsError();
-    m_digits = {};
-    return taken;
+    return !JsonReader{&m_memory}.Parse(stream, *this).IsError();
 }
 
 bool JsonTree::String(const char* text, rapidjson::SizeType length, bool /*copy*/)

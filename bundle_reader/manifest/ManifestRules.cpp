@@ -51,7 +51,7 @@ std::optional<std::string_view> versionText(const JsonValue& manifest)
 bool asksForActivator(const JsonValue& manifest)
 {
     const JsonMember* const member = findMember(manifest, keys::activator);
-    return member != nullptr && member->value.kind == JsonValue::Kind::boolean && member->value.boolean;
+    return member != nullptr && member->value.boolean;
 }
 
 } // namespace ostrel::bundle_reader

@@ -143,6 +143,7 @@ TEST(JsonFault, GivenBadComments_WhenRead_ThenTheyAreTold)
         EXPECT_EQ(fault.words, "Unspecific syntax error.");
     }
     EXPECT_EQ(faultOf("{\"a\": [1 /* , ", JsonDialect::commented).path, "a[0]");
+    EXPECT_EQ(faultOf("{\"a\": [[1,] 2]}", JsonDialect::lenient).path, "a[0]");
     EXPECT_EQ(faultOf("{\"a\": [1 /*,*/ // ,\n , /*, ", JsonDialect::commented).path, "a[1]");
 }
 
