@@ -18,7 +18,8 @@ namespace ostrel::platform {
 /// other file, unless its name ends in ".so".
 ///
 /// The location given to the framework is the canonical absolute path, so one file is one bundle by whatever spelling
-/// or link. What is installed already is not installed twice but returned as it is; each bundle is returned once.
+/// or link. What is installed already is not installed twice but returned as it is; each bundle is returned once. A
+/// file that was rewritten with another version, and is installed under another spelling, becomes a bundle of its own.
 /// Nothing is started and no code of a bundle runs.
 ///
 /// @param path  with its flag set, u'\\' is read as u'/'. File names in a directory are bytes, UTF-8 or not.
@@ -30,8 +31,9 @@ namespace ostrel::platform {
 ///              framework says; also when `path` has an unpaired surrogate (with its offset). Bundles installed before
 ///              the failing file stay installed.
 /// @locks       none
-/// @cost        reads each file that is a shared object or an archive, and asks for the status of each installed
-///              bundle's file once
+/// @cost        of each file that is a shared object or an archive what its kind, its needs and its manifests are known
+///              by, however large it is; all else is the framework's. Only when the framework refuses a file does it
+///              grow with the number of installed bundles: then each one's file is asked for its status, once a call.
 OSTREL_EXPORT std::vector<cppmicroservices::Bundle> installBundles(cppmicroservices::BundleContext context,
                                                                    const Utf16Path& path);
 
