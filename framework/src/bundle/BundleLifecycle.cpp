@@ -131,7 +131,7 @@ void stopHeld(FrameworkCore& core, Record const& bundle)
     auto const context = bundle->context();
     auto const clean = [&] { cleanUp(core, bundle, *context); };
     auto const destroy = [&] {
-        auto const thrown = caughtFrom([&] { bundle->activation().destroy(); }, clean);
+        auto thrown = caughtFrom([&] { bundle->activation().destroy(); }, clean);
         clean();
         return thrown;
     };
