@@ -205,9 +205,9 @@ TEST_F(InstallTwin, GivenFrameworkThatStopsMeanwhile_WhenInstalled_ThenItsOwnErr
 
 TEST_F(InstallTwin, GivenInvalidContext_WhenNothingIsAtThePath_ThenTheFrameworksErrorComesFirst)
 {
-    EXPECT_EQ(thrownBy<std::runtime_error>(
-                  [] { installBundles(cppmicroservices::BundleContext{}, Utf16Path{u"nowhere"}); }),
-              "The bundle context is no longer valid");
+    EXPECT_EQ(
+        thrownBy<std::runtime_error>([] { installBundles(cppmicroservices::BundleContext{}, Utf16Path{u"nowhere"}); }),
+        "The bundle context is no longer valid");
 }
 
 } // namespace
