@@ -183,7 +183,7 @@ TEST_F(ThreadEnd, inAListenerPasses)
 {
     auto bundle = start("wild");
     auto context = host.context();
-    bool ends = false;
+    static bool ends = false; // the listeners live longer than this test's body
     auto const endOnce = [&](auto const&) {
         if (std::exchange(ends, false)) {
             endThread();
