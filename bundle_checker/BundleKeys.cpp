@@ -48,6 +48,9 @@ void describeName(const JsonValue& root, std::string_view name, Findings& findin
         addError(findings, value.offset,
                  keyAt(member->key) + " is " + found + ", but the call of ostrel_add_bundle() says " + quoted(name) +
                      "; the two must be equal");
+    } else if (name.empty()) {
+        addError(findings, value.offset,
+                 keyAt(member->key) + " is empty; give the bundle a name, here and in the call of ostrel_add_bundle()");
     } else if (name == systemBundle) {
         addWarning(findings, value.offset,
                    keyAt(member->key) + " is " + quoted(name) +

@@ -48,6 +48,14 @@ TEST(NameRules, GivenAnotherNameInTheCall_WhenChecked_ThenThatIsWanted)
                     R"(says "beta"; the two must be equal)"));
 }
 
+TEST(NameRules, GivenEmptyNameHereAndThere_WhenChecked_ThenItIsAnError)
+{
+    const std::string text = R"({"bundle.symbolic_name":"","zq":{"component":{"name":"a"}}})";
+
+    EXPECT_THAT(written(text, ""), ElementsAre(R"(1:25: error: key "bundle.symbolic_name" is empty; give the bundle a )"
+                                               R"(name, here and in the call of ostrel_add_bundle())"));
+}
+
 TEST(NameRules, GivenNameOfTheFrameworksOwnBundle_WhenChecked_ThenItIsAWarning)
 {
     const std::string text = R"({"bundle.symbolic_name":"system_bundle","zq":{"component":{"name":"a"}}})";
