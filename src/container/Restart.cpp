@@ -2,8 +2,10 @@
 #include "container/ServiceRelease.h"
 #include "container/UsingClosure.h"
 
+#include <algorithm>
 #include <cstddef>
-#include <iterator>
+#include <utility>
+#include <vector>
 
 namespace ostrel::us_container {
 
@@ -45,20 +47,26 @@ void MicroServicesContainer::releaseHeld(const std::vector<ServiceReference<void
         positions.emplace(references[i], i);
     }
 
-    // All are taken out before the first is dropped, since the destructor of a service may call back into the
-    // container and change the map. One walk, whatever the number of references.
-    std::vector<std::vector<decltype(m_loadedServices)::node_type>> taken(references.size());
-    for (auto entry = m_loadedServices.begin(); entry != m_loadedServices.end();) {
-        const auto held = entry++;
-        const auto position = positions.find(held->second.first);
+    // One walk, whatever the number of references.
+    using Entry = decltype(m_loadedServices)::const_iterator;
+    std::vector<std::pair<std::size_t, Entry>> held;
+    for (Entry entry = m_loadedServices.begin(); entry != m_loadedServices.end(); ++entry) {
+        const auto position = positions.find(entry->second.first);
         if (position != positions.end()) {
-            taken[position->second].push_back(m_loadedServices.extract(held));
+            held.emplace_back(position->second, entry);
         }
     }
-    for (auto& nodes : taken) {
-        for (auto& node : nodes) {
-            node = {};
-        }
+    std::stable_sort(held.begin(), held.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+
+    // All are taken out before the first is dropped, since the destructor of a service may call back into the
+    // container and change the map. From here on no memory is needed: all are released, or none.
+    std::vector<decltype(m_loadedServices)::node_type> taken;
+    taken.reserve(held.size());
+    for (const auto& [position, entry] : held) {
+        taken.push_back(m_loadedServices.extract(entry));
+    }
+    for (auto& node : taken) {
+        node = {};
     }
 }
 

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
+#include <set>
 #include <utility>
 
 namespace ostrel::us_container {
@@ -20,15 +22,16 @@ void MicroServicesContainer::loadService(const std::string& name)
     const std::vector<ServiceReference<void>> found =
         isFilter ? m_context.GetServiceReferences("", name) : m_context.GetServiceReferences(name, "");
 
-    bool loadedAny = false;
+    // Made before the first service is held: what is held without its name would not be unloaded.
+    std::set<std::string> newName;
     for (const ServiceReference<void>& reference : found) {
         if (!isHeld(name, reference)) {
+            newName.insert(name);
             m_loadedServices.emplace(name, LoadedService{reference, m_context.GetService(reference)});
-            loadedAny = true;
         }
     }
-    if (loadedAny) {
-        m_loadedServiceNames.insert(name);
+    if (!newName.empty()) {
+        m_loadedServiceNames.merge(newName); // needs no memory
         OSTREL_RECORD(messages::loadedServices, name);
     }
 }
@@ -53,6 +56,7 @@ void MicroServicesContainer::unloadService(const std::string& name)
     {
         const std::lock_guard lock{m_mutex};
         const auto [first, last] = m_loadedServices.equal_range(name);
+        released.reserve(static_cast<std::size_t>(std::distance(first, last))); // all are taken out, or none
         for (auto entry = first; entry != last;) {
             released.push_back(entry->second);
             entry = m_loadedServices.erase(entry);
