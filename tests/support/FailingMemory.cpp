@@ -1,5 +1,6 @@
 #include "support/FailingMemory.h"
 
+#include <atomic>
 #include <cerrno>
 
 // The allocator itself, under the names that the GNU C library gives it for programs that replace malloc().
@@ -14,17 +15,22 @@ namespace ostrel::test {
 namespace {
 
 // Initialised without code, as memory is allocated before any of this program runs.
-thread_local std::size_t left = 0; // until the one that fails; 0: none
-thread_local bool failed = false;
-thread_local int uncounted = 0; // how many ask for it
-thread_local bool goesOn = false;
+std::atomic<long> left{0}; // until the one that fails; none does at 0 and below
+std::atomic<bool> failed{false};
+std::atomic<bool> goesOn{false};
+std::atomic<bool> ofAll{false};
+thread_local bool isCounted = false; // this thread, where not all are
+thread_local int uncounted = 0;      // how many ask for it
 
 bool fails()
 {
-    if (left == 0 || uncounted != 0 || --left != 0) {
+    if (left.load(std::memory_order_relaxed) <= 0 || uncounted != 0 || !(ofAll || isCounted)) {
         return false;
     }
-    left = goesOn ? 1 : 0;
+    long const before = goesOn && left == 1 ? 1 : left--;
+    if (before != 1) {
+        return false;
+    }
     failed = true;
     errno = ENOMEM;
     return true;
@@ -32,16 +38,19 @@ bool fails()
 
 } // namespace
 
-FailingMemory::FailingMemory(std::size_t number, Fails fails)
+FailingMemory::FailingMemory(std::size_t number, Fails fails, Of of)
 {
     failed = false;
     goesOn = fails == Fails::fromThenOn;
-    left = number;
+    ofAll = of == Of::allThreads;
+    isCounted = true;
+    left = static_cast<long>(number);
 }
 
 FailingMemory::~FailingMemory()
 {
     left = 0;
+    isCounted = false;
 }
 
 bool FailingMemory::hasFailed()

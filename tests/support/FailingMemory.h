@@ -5,16 +5,16 @@
 
 namespace ostrel::test {
 
-/// Makes the memory of this program fail, while it lives. Link FailingMemory.cpp, which replaces malloc() and its like
-/// for the whole process; not with a sanitizer, which has replacements of its own.
+/// Makes the memory of this program fail, while it lives; one at a time. Link `ostrel_test_failing_memory`, which
+/// replaces malloc() and its like for the whole process; not with a sanitizer, which has replacements of its own.
 ///
-/// The allocation of that number (from 1 on) of the thread fails, or that and all after it; those of other threads do
-/// not count.
+/// The allocation of that number (from 1 on) fails, or that and all after it; of the calling thread alone, or of all.
 class FailingMemory {
 public:
     enum class Fails { once, fromThenOn };
+    enum class Of { thisThread, allThreads };
 
-    explicit FailingMemory(std::size_t number, Fails fails = Fails::once);
+    explicit FailingMemory(std::size_t number, Fails fails = Fails::once, Of of = Of::thisThread);
     FailingMemory(const FailingMemory&) = delete;
     FailingMemory& operator=(const FailingMemory&) = delete;
     ~FailingMemory();

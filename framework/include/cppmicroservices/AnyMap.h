@@ -231,8 +231,8 @@ public:
     /// @throws std::invalid_argument  when a value on the way is neither map nor vector, or an index is no number.
     mapped_type const& AtCompoundKey(key_type const& key) const;
 
-    /// The same, as a copy; `defaultValue` where the form above throws. A dot that ends the key behind an index has no
-    /// meaning: `sensors.0.` is `sensors.0`.
+    /// The same, as a copy; `defaultValue` where the form above throws, and also where there is no memory for the copy.
+    /// A dot that ends the key behind an index has no meaning: `sensors.0.` is `sensors.0`.
     mapped_type AtCompoundKey(key_type const& key, mapped_type defaultValue) const noexcept;
 };
 

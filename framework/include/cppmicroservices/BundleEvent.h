@@ -1,15 +1,12 @@
 #pragma once
 
+#include "cppmicroservices/Bundle.h"
 #include "cppmicroservices/FrameworkExport.h"
 
 #include <cstdint>
 #include <iostream> // sources written for this header count on it
-#include <memory>
 
 namespace cppmicroservices {
-
-class Bundle;
-class BundleEventData;
 
 /// A change of a bundle's state, as bundle listeners get it. The bundle is in the new state already.
 class US_Framework_EXPORT BundleEvent {
@@ -48,7 +45,10 @@ public:
     bool operator==(BundleEvent const& evt) const;
 
 private:
-    std::shared_ptr<BundleEventData> m_data;
+    // Here and not behind a pointer, as the end of a bundle has to be told when memory is short as well.
+    Type m_type = BUNDLE_UNINSTALLED;
+    Bundle m_bundle; // false in an event that is false
+    Bundle m_origin;
 };
 
 US_Framework_EXPORT std::ostream& operator<<(std::ostream& os, BundleEvent::Type eventType);

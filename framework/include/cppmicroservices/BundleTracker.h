@@ -8,6 +8,7 @@
 #include "cppmicroservices/detail/BundleTracking.h"
 
 #include <cstddef>
+#include <exception>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -21,7 +22,8 @@ namespace cppmicroservices {
 /// Keeps an object for each bundle that is in one of certain states, by default the bundle itself.
 ///
 /// All members may be called from any thread. The customizer is called with no lock held. What it throws in a call by
-/// an event becomes a framework event, and so does what it throws where a member is noexcept.
+/// an event becomes a framework event, and so does what it throws where a member is noexcept. A list or an object for
+/// which there is no memory is given as empty, and a framework event tells of that as well.
 template <class T = Bundle>
 class BundleTracker : protected BundleTrackerCustomizer<T> {
 public:
@@ -39,7 +41,7 @@ public:
     /// @param customizer null: the tracker's own functions are called, which a subclass may override
     BundleTracker(BundleContext const& context, const BundleStateMaskType stateMask,
                   const std::shared_ptr<BundleTrackerCustomizer<T>> customizer = nullptr) noexcept
-        : m_customizer(customizer), m_tracking(std::make_unique<detail::BundleTracking>(context, stateMask))
+        : m_customizer(customizer), m_tracking(context, stateMask)
     {
     }
 
@@ -48,44 +50,50 @@ public:
 
     /// Ends the tracking: the customizer is told that all bundles are removed. Waits for the calls of the customizer
     /// that events made in other threads, unless called from such a call.
-    void Close() noexcept { m_tracking->close(); }
+    void Close() noexcept { m_tracking.close(); }
 
     /// The tracked bundles, from the last added to the first.
     std::vector<Bundle> GetBundles() const noexcept
     {
-        std::vector<Bundle> bundles;
-        if (auto const items = m_tracking->items()) {
-            for (auto const& entry : items->entries()) {
-                bundles.push_back(entry.item);
+        return answer([this] {
+            std::vector<Bundle> bundles;
+            if (auto const items = m_tracking.items()) {
+                for (auto const& entry : items->entries()) {
+                    bundles.push_back(entry.item);
+                }
             }
-        }
-        return bundles;
+            return bundles;
+        });
     }
 
     /// The object of a bundle; nothing when it is not tracked.
     std::optional<T> GetObject(Bundle const& bundle) const noexcept
     {
-        auto const items = m_tracking->items();
-        auto const object = items && bundle ? items->find(bundle) : nullptr;
-        return object ? std::optional<T>(objectOf(object)) : std::nullopt;
+        return answer([this, &bundle] {
+            auto const items = m_tracking.items();
+            auto const object = items && bundle ? items->find(bundle) : nullptr;
+            return object ? std::optional<T>(objectOf(object)) : std::nullopt;
+        });
     }
 
     /// The tracked bundles and their objects.
     TrackingMap GetTracked() const noexcept
     {
-        TrackingMap tracked;
-        if (auto const items = m_tracking->items()) {
-            for (auto const& entry : items->entries()) {
-                tracked.emplace(entry.item, objectOf(entry.object));
+        return answer([this] {
+            TrackingMap tracked;
+            if (auto const items = m_tracking.items()) {
+                for (auto const& entry : items->entries()) {
+                    tracked.emplace(entry.item, objectOf(entry.object));
+                }
             }
-        }
-        return tracked;
+            return tracked;
+        });
     }
 
     /// How often a bundle was added, changed or removed since the opening; -1 when the tracker is not open.
     int GetTrackingCount() const noexcept
     {
-        auto const items = m_tracking->items();
+        auto const items = m_tracking.items();
         return items ? items->count() : -1;
     }
 
@@ -96,14 +104,14 @@ public:
     /// @throws std::runtime_error when the context is no longer valid
     /// @throws what the customizer throws for a bundle that is there already; the tracker is open then, without the
     ///         bundles that come after it
-    void Open() { m_tracking->open(std::make_unique<Calls>(customizer())); }
+    void Open() { m_tracking.open(std::make_unique<Calls>(customizer())); }
 
     /// Takes a bundle out, until its next event.
-    void Remove(Bundle const& bundle) noexcept { m_tracking->remove(bundle); }
+    void Remove(Bundle const& bundle) noexcept { m_tracking.remove(bundle); }
 
     std::size_t Size() const noexcept
     {
-        auto const items = m_tracking->items();
+        auto const items = m_tracking.items();
         return items ? items->size() : 0;
     }
 
@@ -129,7 +137,15 @@ private:
         Object adding(Bundle const& item, BundleEvent const& event) override
         {
             std::optional<T> object = m_customizer->AddingBundle(item, event);
-            return object ? std::make_shared<T const>(std::move(*object)) : nullptr;
+            if (!object) {
+                return nullptr;
+            }
+            try {
+                return std::make_shared<T const>(*object);
+            } catch (...) {
+                m_customizer->RemovedBundle(item, event, *object);
+                throw;
+            }
         }
 
         void modified(Bundle const& item, BundleEvent const& event, Object const& object) override
@@ -146,6 +162,18 @@ private:
         std::shared_ptr<BundleTrackerCustomizer<T>> const m_customizer;
     };
 
+    /// What the function returns, or an empty value.
+    template <class Ask>
+    auto answer(Ask const& ask) const noexcept -> decltype(ask())
+    {
+        try {
+            return ask();
+        } catch (...) {
+            m_tracking.reportUnanswered(std::current_exception());
+            return {};
+        }
+    }
+
     static T const& objectOf(detail::TrackedBundles::Object const& object)
     {
         return *static_cast<T const*>(object.get());
@@ -158,7 +186,7 @@ private:
     }
 
     std::shared_ptr<BundleTrackerCustomizer<T>> const m_customizer;
-    std::unique_ptr<detail::BundleTracking> const m_tracking;
+    detail::BundleTracking m_tracking;
 };
 
 } // namespace cppmicroservices

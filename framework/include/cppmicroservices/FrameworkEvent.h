@@ -1,17 +1,14 @@
 #pragma once
 
+#include "cppmicroservices/Bundle.h"
 #include "cppmicroservices/FrameworkExport.h"
 
 #include <cstdint>
 #include <exception>
 #include <iostream>
-#include <memory>
 #include <string>
 
 namespace cppmicroservices {
-
-class Bundle;
-class FrameworkEventData;
 
 /// Something that happened in a framework; also what Framework::WaitForStop() returns.
 class US_Framework_EXPORT FrameworkEvent {
@@ -41,7 +38,12 @@ public:
     Type GetType() const;
 
 private:
-    std::shared_ptr<FrameworkEventData> m_data;
+    // Here and not behind a pointer, so that a stop can be told of when memory is short as well.
+    bool m_isReal = false;
+    Type m_type = FRAMEWORK_ERROR;
+    Bundle m_bundle;
+    std::string m_message;
+    std::exception_ptr m_exception;
 };
 
 US_Framework_EXPORT std::ostream& operator<<(std::ostream& os, FrameworkEvent::Type eventType);

@@ -4,11 +4,8 @@
 
 #include <cstdint>
 #include <iosfwd>
-#include <memory>
 
 namespace cppmicroservices {
-
-class ServiceEventData;
 
 /// A change of a service, as service listeners get it.
 class US_Framework_EXPORT ServiceEvent {
@@ -47,7 +44,10 @@ public:
     Type GetType() const;
 
 private:
-    std::shared_ptr<ServiceEventData> m_data;
+    // Here and not behind a pointer, as the end of a service has to be told when memory is short as well.
+    bool m_isReal = false;
+    Type m_type = SERVICE_UNREGISTERING;
+    ServiceReferenceU m_reference;
 };
 
 US_Framework_EXPORT std::ostream& operator<<(std::ostream& os, ServiceEvent::Type const& type);

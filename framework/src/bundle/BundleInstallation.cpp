@@ -139,8 +139,9 @@ std::vector<BundleRegistry::Candidate> BundleRegistry::candidatesOf(std::vector<
     return chosen;
 }
 
+/// @param present the bundles of the location that are installed; has room for those that are added, afterwards
 BundleRegistry::Records BundleRegistry::addMissing(FrameworkCore& core, std::string const& location,
-                                                   AnyMap const& manifests, Records const& present)
+                                                   AnyMap const& manifests, Records& present)
 {
     std::vector<Candidate> candidates;
     if (present.empty()) {
@@ -163,6 +164,7 @@ BundleRegistry::Records BundleRegistry::addMissing(FrameworkCore& core, std::str
     std::transform(candidates.begin(), candidates.end(), std::back_inserter(names),
                    [](Candidate const& candidate) { return candidate.name; });
     auto& known = m_names[location];
+    present.reserve(present.size() + added.size());
     addAll(added);
     if (present.empty()) {
         known.swap(names);
@@ -176,7 +178,8 @@ BundleRegistry::Records BundleRegistry::addProgram(FrameworkCore& core)
         return {};
     }
     std::lock_guard<std::mutex> const installing(m_installing);
-    return addMissing(core, programFile(), AnyMap(any_map::UNORDERED_MAP_CASEINSENSITIVE_KEYS), {});
+    Records none;
+    return addMissing(core, programFile(), AnyMap(any_map::UNORDERED_MAP_CASEINSENSITIVE_KEYS), none);
 }
 
 BundleRegistry::Records BundleRegistry::install(FrameworkCore& core, std::string const& location,

@@ -155,7 +155,7 @@ void stopAnyway(FrameworkCore& core, Record const& bundle)
         return;
     }
     if (auto const thrown = caughtFrom([&] { stopHeld(core, bundle); })) {
-        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), thrown);
+        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, "", thrown);
     }
 }
 
@@ -163,7 +163,7 @@ void stopAnyway(FrameworkCore& core, Record const& bundle)
 void forgetFailedStart(FrameworkCore& core, Record const& bundle)
 {
     if (auto const thrown = caughtFrom([&] { bundle->activation().destroyPutAside(); })) {
-        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), thrown);
+        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, "", thrown);
     }
 }
 
@@ -204,13 +204,19 @@ void uninstallBundle(FrameworkCore& core, Record const& bundle)
     if (bundle->isDetached()) {
         return;
     }
+    auto const folder = dataFolder(*core.properties(), bundle->id()); // while nothing is done that lasts
     stopAnyway(core, bundle);
     forgetFailedStart(core, bundle);
     bundle->setState(Bundle::STATE_INSTALLED);
     core.events().publish(BundleEvent::BUNDLE_UNRESOLVED, bundle);
     core.bundles().remove(*bundle);
-    if (auto const folder = dataFolder(*core.properties(), bundle->id()); !folder.empty()) {
-        removeDataFolder(folder);
+    if (!folder.empty()) {
+        if (auto const failed = removeDataFolder(folder)) {
+            core.events().note([&] {
+                return "The folder " + folder + " for the data of " + bundle->text() +
+                       " was not removed: " + failed.message();
+            });
+        }
     }
     bundle->setState(Bundle::STATE_UNINSTALLED);
     core.events().publish(BundleEvent::BUNDLE_UNINSTALLED, bundle);
@@ -236,7 +242,7 @@ void retireBundle(FrameworkCore& core, Record const& bundle)
         forgetFailedStart(core, bundle);
     });
     if (thrown) {
-        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, std::string(), thrown);
+        core.events().publish(FrameworkEvent::FRAMEWORK_ERROR, bundle, "", thrown);
     }
 }
 

@@ -2,33 +2,28 @@
 
 #include "bundle/BundleRecord.h"
 
+#include <iterator>
 #include <stdexcept>
-#include <utility>
 
 namespace cppmicroservices::detail::core {
 
 void BundleRegistry::open(Record const& systemBundle)
 {
     std::lock_guard<std::mutex> const lock(m_mutex);
+    if (m_byId.count(systemBundle->id()) == 0) {
+        addLocked(systemBundle);
+    }
     m_open = true;
     m_nextId = 1;
-    if (m_byId.count(systemBundle->id()) == 0) {
-        m_byLocation.emplace(systemBundle->location(), systemBundle);
-        m_byId.emplace(systemBundle->id(), systemBundle);
-        m_byName.emplace(systemBundle->name(), systemBundle);
-    }
 }
 
-BundleRegistry::Records BundleRegistry::close()
+BundleRegistry::ByLocation BundleRegistry::close() noexcept
 {
-    Records left; // so that the records go after the lock
+    ByLocation left; // so that the records go after the lock
     std::lock_guard<std::mutex> const installing(m_installing);
     std::lock_guard<std::mutex> const lock(m_mutex);
-    for (auto const& entry : m_byLocation) {
-        left.push_back(entry.second);
-    }
     m_open = false;
-    m_byLocation.clear();
+    left.swap(m_byLocation);
     m_byId.clear();
     m_byName.clear();
     m_names.clear();
@@ -64,33 +59,58 @@ BundleRegistry::Record BundleRegistry::withId(long id) const
     return found != m_byId.end() ? found->second : nullptr;
 }
 
-void BundleRegistry::add(Record const& bundle)
+BundleRegistry::Record BundleRegistry::before(BundleRecord const* bundle) const
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    auto at = m_byLocation.end();
+    if (bundle != nullptr) {
+        // Those of one location lie in the order of their ids.
+        at = m_byLocation.lower_bound(bundle->location());
+        while (at != m_byLocation.end() && at->first == bundle->location() && at->second->id() < bundle->id()) {
+            ++at;
+        }
+    }
+    return at != m_byLocation.begin() ? std::prev(at)->second : nullptr;
+}
+
+void BundleRegistry::addLocked(Record const& bundle)
+{
+    try {
+        m_byLocation.emplace(bundle->location(), bundle);
+        m_byId.emplace(bundle->id(), bundle);
+        m_byName.emplace(bundle->name(), bundle);
+    } catch (...) {
+        removeLocked(*bundle);
+        throw;
+    }
+}
+
+void BundleRegistry::addAll(Records const& bundles)
 {
     std::lock_guard<std::mutex> const lock(m_mutex);
     if (!m_open) {
         throw std::runtime_error("The bundle context is no longer valid");
     }
-    m_byLocation.emplace(bundle->location(), bundle);
-    m_byId.emplace(bundle->id(), bundle);
-    m_byName.emplace(bundle->name(), bundle);
-}
-
-void BundleRegistry::addAll(Records const& bundles)
-{
     try {
         for (auto const& bundle : bundles) {
-            add(bundle);
+            addLocked(bundle);
         }
     } catch (...) {
         // All or none: a later attempt takes a location with one of its bundles for installed.
         for (auto const& bundle : bundles) {
-            remove(*bundle);
+            removeLocked(*bundle);
         }
         throw;
     }
 }
 
 void BundleRegistry::remove(BundleRecord const& bundle)
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    removeLocked(bundle);
+}
+
+void BundleRegistry::removeLocked(BundleRecord const& bundle)
 {
     auto const isIt = [&bundle](auto const& entry) { return entry.second.get() == &bundle; };
     auto const eraseFrom = [&isIt](auto& map, std::string const& key) {
@@ -102,7 +122,6 @@ void BundleRegistry::remove(BundleRecord const& bundle)
             }
         }
     };
-    std::lock_guard<std::mutex> const lock(m_mutex);
     eraseFrom(m_byLocation, bundle.location());
     eraseFrom(m_byName, bundle.name());
     m_byId.erase(bundle.id());

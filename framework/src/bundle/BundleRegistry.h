@@ -35,12 +35,16 @@ public:
     Records addProgram(FrameworkCore& core);
 
     /// Adds the framework's own bundle; at the beginning of a run.
+    ///
+    /// @throws std::bad_alloc, and nothing is changed
     void open(Record const& systemBundle);
 
-    /// Forgets all bundles, and installs no more; at the end of a run.
+    using ByLocation = std::multimap<std::string, Record>;
+
+    /// Forgets all bundles, and installs no more; at the end of a run. Needs no memory.
     ///
     /// @return those that were still there
-    Records close();
+    ByLocation close() noexcept;
 
     /// By location in byte order, those of one location in order of installation.
     Records all() const;
@@ -49,6 +53,11 @@ public:
     /// Null when there is none.
     Record withId(long id) const;
 
+    /// The one before in the order of all(), even when the given one has been removed; the last one for null. Null when
+    /// there is none. Needs no memory.
+    Record before(BundleRecord const* bundle) const;
+
+    /// Needs no memory.
     void remove(BundleRecord const& bundle);
 
 private:
@@ -57,18 +66,18 @@ private:
     static std::vector<Candidate> candidatesIn(std::string const& location, AnyMap const& manifests);
     static std::vector<Candidate> candidatesOf(std::vector<std::string> const& names, std::string const& location,
                                                AnyMap const& manifests);
-    Records addMissing(FrameworkCore& core, std::string const& location, AnyMap const& manifests,
-                       Records const& present);
+    Records addMissing(FrameworkCore& core, std::string const& location, AnyMap const& manifests, Records& present);
     Records made(FrameworkCore& core, std::string const& location, std::vector<Candidate> const& candidates);
     void requireNew(BundleRecord const& bundle) const;
-    void add(Record const& bundle);
+    void addLocked(Record const& bundle);
+    void removeLocked(BundleRecord const& bundle);
     void addAll(Records const& bundles);
 
     std::mutex m_installing;    // one installation at a time; taken before m_mutex
     mutable std::mutex m_mutex; // guards all below
     bool m_open = false;
     long m_nextId = 1;
-    std::multimap<std::string, Record> m_byLocation;
+    ByLocation m_byLocation;
     std::unordered_map<long, Record> m_byId;
     std::unordered_multimap<std::string, Record> m_byName;
     std::unordered_map<std::string, std::vector<std::string>>

@@ -3,6 +3,7 @@
 #include "cppmicroservices/Constants.h"
 
 #include <filesystem>
+#include <new>
 #include <stdexcept>
 #include <system_error>
 #include <unistd.h>
@@ -42,14 +43,19 @@ void makeDataFolder(std::string const& folder)
     }
 }
 
-void removeDataFolder(std::string const& folder) noexcept
+std::error_code removeDataFolder(std::string const& folder) noexcept
 {
+    std::error_code failed;
     // Most bundles never asked for theirs, and this is far cheaper than finding out by removing it.
     if (access(folder.c_str(), F_OK) != 0) {
-        return;
+        return failed;
     }
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
+    try {
+        std::filesystem::remove_all(folder, failed);
+    } catch (std::bad_alloc const&) {
+        failed = std::make_error_code(std::errc::not_enough_memory);
+    }
+    return failed;
 }
 
 } // namespace cppmicroservices::detail::core

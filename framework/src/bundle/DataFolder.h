@@ -3,6 +3,7 @@
 #include "cppmicroservices/AnyMap.h"
 
 #include <string>
+#include <system_error>
 
 namespace cppmicroservices::detail::core {
 
@@ -16,7 +17,9 @@ std::string dataFolder(AnyMap const& properties, long id);
 /// @throws std::invalid_argument that names the folder and the reason
 void makeDataFolder(std::string const& folder);
 
-/// Removes the folder and all that is in it; without effect where that is not possible.
-void removeDataFolder(std::string const& folder) noexcept;
+/// Removes the folder, if there is one, and all that is in it. What cannot be removed stays.
+///
+/// @return why something stayed, if it did
+std::error_code removeDataFolder(std::string const& folder) noexcept;
 
 } // namespace cppmicroservices::detail::core

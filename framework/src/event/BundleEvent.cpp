@@ -1,24 +1,16 @@
 #include "cppmicroservices/BundleEvent.h"
 
-#include "cppmicroservices/Bundle.h"
-
 #include <ostream>
 #include <stdexcept>
 
 namespace cppmicroservices {
-
-class BundleEventData {
-public:
-    BundleEvent::Type type;
-    Bundle bundle;
-    Bundle origin;
-};
 
 BundleEvent::BundleEvent() = default;
 
 BundleEvent::BundleEvent(Type type, Bundle const& bundle) : BundleEvent(type, bundle, bundle) {}
 
 BundleEvent::BundleEvent(Type type, Bundle const& bundle, Bundle const& origin)
+    : m_type(type), m_bundle(bundle), m_origin(origin)
 {
     if (!bundle) {
         throw std::invalid_argument("invalid bundle");
@@ -26,36 +18,31 @@ BundleEvent::BundleEvent(Type type, Bundle const& bundle, Bundle const& origin)
     if (!origin) {
         throw std::invalid_argument("invalid origin");
     }
-    m_data = std::make_shared<BundleEventData>(BundleEventData{type, bundle, origin});
 }
 
 BundleEvent::operator bool() const
 {
-    return m_data != nullptr;
+    return static_cast<bool>(m_bundle);
 }
 
 Bundle BundleEvent::GetBundle() const
 {
-    return m_data ? m_data->bundle : Bundle();
+    return m_bundle;
 }
 
 BundleEvent::Type BundleEvent::GetType() const
 {
-    return m_data ? m_data->type : BUNDLE_UNINSTALLED;
+    return m_type;
 }
 
 Bundle BundleEvent::GetOrigin() const
 {
-    return m_data ? m_data->origin : Bundle();
+    return m_origin;
 }
 
 bool BundleEvent::operator==(BundleEvent const& evt) const
 {
-    if (!m_data || !evt.m_data) {
-        return m_data == evt.m_data;
-    }
-    return m_data->type == evt.m_data->type && m_data->bundle == evt.m_data->bundle &&
-           m_data->origin == evt.m_data->origin;
+    return m_type == evt.m_type && m_bundle == evt.m_bundle && m_origin == evt.m_origin;
 }
 
 std::ostream& operator<<(std::ostream& os, BundleEvent::Type eventType)

@@ -4,10 +4,10 @@
 #include "framework/HandleAccess.h"
 #include "ldap/FilterAccess.h"
 #include "service/ServiceRecord.h"
-#include "value/Reason.h"
 
 #include "cppmicroservices/Constants.h"
 
+#include <new>
 #include <ostream>
 #include <sstream>
 #include <utility>
@@ -21,10 +21,15 @@ bool matches(FilteredListener const& listener, detail::ldap::PropertyTable const
     return !listener.filter || detail::ldap::FilterAccess::matches(listener.filter, properties);
 }
 
-ServiceEvent eventOf(ServiceEvent::Type type, std::shared_ptr<ServiceRecord> const& service)
+/// Without its message where there is no memory for that: a fault that is told of in fewer words is better than none.
+FrameworkEvent eventOf(FrameworkEvent::Type type, Bundle const& bundle, std::string const& message,
+                       std::exception_ptr const& exception)
 {
-    auto data = std::make_shared<ReferenceData const>(ReferenceData{service, std::string()});
-    return {type, HandleAccess::reference(std::move(data))};
+    try {
+        return {type, bundle, message, exception};
+    } catch (std::bad_alloc const&) {
+        return {type, bundle, std::string(), exception};
+    }
 }
 
 /// A call of a listener by this thread; they lie on its stack, those of all frameworks in one chain.
@@ -62,43 +67,33 @@ std::exception_ptr Events::call(L const& listener, Event const& event) const
 
 void Events::publish(BundleEvent::Type type, std::shared_ptr<BundleRecord> const& bundle)
 {
-    auto const missed = caughtFrom([&] {
-        if (m_log != nullptr) {
-            std::ostringstream text;
-            text << "bundle " << type << ' ' << bundle->text();
-            note(text.str());
-        }
-        auto const listeners = m_listeners.bundleListeners();
-        if (!listeners) {
-            return;
-        }
-        BundleEvent const event(type, HandleAccess::bundle(bundle));
-        for (auto const& listener : *listeners) {
-            if (listener->removed.load()) {
-                continue;
-            }
-            if (auto const thrown = call(*listener, event)) {
-                publish(FrameworkEvent::FRAMEWORK_ERROR, listener->bundle, "Bundle listener threw an exception",
-                        thrown);
-            }
+    note([&] {
+        std::ostringstream text;
+        text << "bundle " << type << ' ' << bundle->text();
+        return text.str();
+    });
+    auto const listeners = m_listeners.bundleListeners();
+    if (listeners.isEmpty()) {
+        return;
+    }
+    BundleEvent const event(type, HandleAccess::bundle(bundle));
+    listeners.forEach([this, &event](Listener<BundleEvent> const& listener) {
+        if (auto const thrown = call(listener, event)) {
+            publish(FrameworkEvent::FRAMEWORK_ERROR, listener.bundle, "Bundle listener threw an exception", thrown);
         }
     });
-    if (missed) {
-        // Only memory can be short here. An event never disturbs the operation that it tells of.
-        note("A bundle event was not delivered: " + reasonOf(missed));
-    }
 }
 
-void Events::note(ServiceEvent::Type type, ServiceRecord const& service)
+void Events::note(ServiceEvent::Type type, ReferenceData const& service)
 {
-    if (m_log != nullptr) {
+    note([&] {
         std::ostringstream text;
-        text << "service " << type << ' ' << service.id() << " of " << service.owner()->text();
-        note(text.str());
-    }
+        text << "service " << type << ' ' << service.record->id() << " of " << service.record->owner()->text();
+        return text.str();
+    });
 }
 
-ServiceListenerCandidates Events::candidates(detail::ldap::PropertyTable const& properties)
+ServiceAudience Events::audience(detail::ldap::PropertyTable const& properties)
 {
     static std::vector<std::string> const none;
     auto const* const shownId = any_cast<long>(properties.find(Constants::SERVICE_ID));
@@ -107,100 +102,76 @@ ServiceListenerCandidates Events::candidates(detail::ldap::PropertyTable const& 
 }
 
 template <class Wanted>
-void Events::deliver(ServiceEvent const& event, ServiceListenerCandidates const& candidates, Wanted&& wanted)
+void Events::deliver(ServiceEvent const& event, ServiceAudience const& audience, Wanted&& wanted)
 {
-    candidates.forEach([this, &event, &wanted](FilteredListener const& listener) {
-        if (listener.removed.load() || !wanted(listener)) {
-            return;
-        }
-        if (auto const thrown = call(listener, event)) {
-            publish(FrameworkEvent::FRAMEWORK_ERROR, listener.bundle,
-                    "Service listener in " + listener.bundle->name() + " threw an exception!", thrown);
+    audience.forEach([this, &event, &wanted](FilteredListener const& listener) {
+        bool isWanted = false;
+        auto const unclear = caughtFrom([&] { isWanted = wanted(listener); }); // properties are foreign code
+        if (auto const thrown = isWanted ? call(listener, event) : unclear) {
+            publish(
+                FrameworkEvent::FRAMEWORK_ERROR, listener.bundle,
+                [&listener] { return "Service listener in " + listener.bundle->name() + " threw an exception!"; },
+                thrown);
         }
     });
 }
 
-void Events::publish(ServiceEvent::Type type, std::shared_ptr<ServiceRecord> const& service,
-                     Properties const& properties)
+void Events::publish(ServiceEvent::Type type, Service const& service, Properties const& properties)
 {
-    auto const missed = caughtFrom([&] {
-        note(type, *service);
-        auto const all = candidates(*properties);
-        if (!all.isEmpty()) {
-            deliver(eventOf(type, service), all,
-                    [&properties](FilteredListener const& listener) { return matches(listener, *properties); });
-        }
-    });
-    if (missed) {
-        note("A service event was not delivered: " + reasonOf(missed));
-    }
-}
-
-void Events::publishModified(std::shared_ptr<ServiceRecord> const& service, Properties const& properties,
-                             Properties const& former)
-{
-    auto const missed = caughtFrom([&] {
-        note(ServiceEvent::SERVICE_MODIFIED, *service);
-        auto const all = candidates(*properties); // the former id and classes are the same
-        if (all.isEmpty()) {
-            return;
-        }
-        deliver(eventOf(ServiceEvent::SERVICE_MODIFIED, service), all,
+    note(type, *service);
+    auto const all = audience(*properties);
+    if (!all.isEmpty()) {
+        deliver(ServiceEvent(type, HandleAccess::reference(service)), all,
                 [&properties](FilteredListener const& listener) { return matches(listener, *properties); });
-        deliver(eventOf(ServiceEvent::SERVICE_MODIFIED_ENDMATCH, service), all,
-                [&properties, &former](FilteredListener const& listener) {
-                    return !matches(listener, *properties) && matches(listener, *former);
-                });
-    });
-    if (missed) {
-        note("A service event was not delivered: " + reasonOf(missed));
     }
 }
 
-void Events::publish(FrameworkEvent::Type type, std::shared_ptr<BundleRecord> const& bundle, std::string const& message,
-                     std::exception_ptr const& exception)
+void Events::publishModified(Service const& service, Properties const& properties, Properties const& former)
 {
-    auto const missed = caughtFrom([&] {
-        auto const listeners = m_listeners.frameworkListeners();
-        if (m_log == nullptr && !listeners) {
-            return;
-        }
-        FrameworkEvent const event(type, HandleAccess::bundle(bundle), message, exception);
-        if (m_log != nullptr) {
-            std::ostringstream text;
-            text << "framework " << event;
-            note(text.str());
-        }
-        if (!listeners) {
-            return;
-        }
-        for (auto const& listener : *listeners) {
-            if (listener->removed.load()) {
-                continue;
-            }
-            if (auto const thrown = call(*listener, event)) {
-                note("Framework listener in " + listener->bundle->name() + " threw an exception: " + reasonOf(thrown));
-            }
-        }
-    });
-    if (missed) {
-        note("A framework event was not delivered: " + reasonOf(missed));
-    }
-}
-
-void Events::note(std::string const& text)
-{
-    if (m_log == nullptr) {
+    note(ServiceEvent::SERVICE_MODIFIED, *service);
+    auto const all = audience(*properties); // the former id and classes are the same
+    if (all.isEmpty()) {
         return;
     }
-    (void)caughtFrom([&] {
-        if (m_writing.take() == ForeignCodeLock::Outcome::wouldNeverEnd) {
-            return; // the stream itself calls the framework; what comes of that is not written
-        }
-        ForeignCodeScope const writing(m_writing);
-        *m_log << text << '\n';
-        m_log->flush();
+    auto const reference = HandleAccess::reference(service);
+    deliver(ServiceEvent(ServiceEvent::SERVICE_MODIFIED, reference), all,
+            [&properties](FilteredListener const& listener) { return matches(listener, *properties); });
+    deliver(ServiceEvent(ServiceEvent::SERVICE_MODIFIED_ENDMATCH, reference), all,
+            [&properties, &former](FilteredListener const& listener) {
+                return !matches(listener, *properties) && matches(listener, *former);
+            });
+}
+
+void Events::publishText(FrameworkEvent::Type type, std::shared_ptr<BundleRecord> const& bundle,
+                         std::string const& message, std::exception_ptr const& exception)
+{
+    auto const listeners = m_listeners.frameworkListeners();
+    if (m_log == nullptr && listeners.isEmpty()) {
+        return;
+    }
+    auto const event = eventOf(type, HandleAccess::bundle(bundle), message, exception);
+    note([&event] {
+        std::ostringstream text;
+        text << "framework " << event;
+        return text.str();
     });
+    listeners.forEach([this, &event](Listener<FrameworkEvent> const& listener) {
+        if (auto const thrown = call(listener, event)) {
+            note([&] {
+                return "Framework listener in " + listener.bundle->name() + " threw an exception: " + reasonOf(thrown);
+            });
+        }
+    });
+}
+
+void Events::write(std::string const& text)
+{
+    if (m_writing.take() == ForeignCodeLock::Outcome::wouldNeverEnd) {
+        return; // the stream itself calls the framework; what comes of that is not written
+    }
+    ForeignCodeScope const writing(m_writing);
+    *m_log << text << '\n';
+    m_log->flush();
 }
 
 } // namespace cppmicroservices::detail::core

@@ -2,52 +2,42 @@
 
 #include "value/Reason.h"
 
-#include "cppmicroservices/Bundle.h"
-
 #include <ostream>
 #include <utility>
 
 namespace cppmicroservices {
 
-class FrameworkEventData {
-public:
-    FrameworkEvent::Type type;
-    Bundle bundle;
-    std::string message;
-    std::exception_ptr exception;
-};
-
 FrameworkEvent::FrameworkEvent() = default;
 
 FrameworkEvent::FrameworkEvent(Type type, Bundle const& bundle, std::string const& message,
                                std::exception_ptr exception)
-    : m_data(std::make_shared<FrameworkEventData>(FrameworkEventData{type, bundle, message, std::move(exception)}))
+    : m_isReal(true), m_type(type), m_bundle(bundle), m_message(message), m_exception(std::move(exception))
 {
 }
 
 FrameworkEvent::operator bool() const
 {
-    return m_data != nullptr;
+    return m_isReal;
 }
 
 Bundle FrameworkEvent::GetBundle() const
 {
-    return m_data ? m_data->bundle : Bundle();
+    return m_bundle;
 }
 
 std::string FrameworkEvent::GetMessage() const
 {
-    return m_data ? m_data->message : std::string();
+    return m_message;
 }
 
 std::exception_ptr FrameworkEvent::GetThrowable() const
 {
-    return m_data ? m_data->exception : nullptr;
+    return m_exception;
 }
 
 FrameworkEvent::Type FrameworkEvent::GetType() const
 {
-    return m_data ? m_data->type : FRAMEWORK_ERROR;
+    return m_type;
 }
 
 std::ostream& operator<<(std::ostream& os, FrameworkEvent::Type eventType)

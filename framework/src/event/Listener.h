@@ -68,6 +68,14 @@ public:
 
     bool isEmpty() const { return m_entries.empty(); }
 
+    /// The last added of those with a lower id, or null.
+    Entry next(ListenerTokenId below) const
+    {
+        auto const found = m_entries.upper_bound(below);
+        return found != m_entries.end() ? found->second : nullptr;
+    }
+
+    /// @throws std::bad_alloc
     Snapshot snapshot()
     {
         if (!m_snapshot && !m_entries.empty()) {

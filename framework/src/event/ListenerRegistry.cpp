@@ -5,6 +5,8 @@
 
 #include <atomic>
 #include <limits>
+#include <new>
+#include <optional>
 #include <stdexcept>
 #include <typeinfo>
 
@@ -15,10 +17,12 @@ namespace {
 using Kind = ListenerBase::Kind;
 
 /// Drawn per process, so that a token never stands for a listener of another framework.
-ListenerTokenId nextId()
+std::atomic<ListenerTokenId> lastId{0};
+
+/// Above the ids of all listeners that were added so far.
+ListenerTokenId aboveAll()
 {
-    static std::atomic<ListenerTokenId> last{0};
-    return ++last;
+    return lastId.load() + 1;
 }
 
 template <class Event>
@@ -39,7 +43,7 @@ std::shared_ptr<L> ListenerRegistry::make(Kind kind, BundleContextPrivate const&
 {
     auto listener = std::make_shared<L>();
     listener->kind = kind;
-    listener->id = nextId();
+    listener->id = ++lastId;
     listener->owner = &context;
     listener->bundle = context.bundle();
     listener->receiver = receiver;
@@ -53,31 +57,38 @@ ListenerRegistry::of(BundleContextPrivate const& context)
             m_entries.upper_bound({&context, std::numeric_limits<ListenerTokenId>::max()})};
 }
 
-void ListenerRegistry::addLocked(BundleContextPrivate const& context, Entry const& entry)
+template <class List, class L>
+void ListenerRegistry::addLocked(BundleContextPrivate const& context, std::shared_ptr<L> const& entry, List& ofItsKind)
 {
     if (!context.mayListen()) {
         throw std::runtime_error("The bundle context is no longer valid");
     }
-    m_entries.emplace(std::make_pair(entry->owner, entry->id), entry);
+    auto const at = m_entries.emplace(std::make_pair(entry->owner, entry->id), entry).first;
+    try {
+        ofItsKind.add(entry);
+    } catch (...) {
+        m_entries.erase(at);
+        throw;
+    }
 }
 
-ListenerRegistry::Entry ListenerRegistry::take(Entries::iterator at)
+ListenerRegistry::Entries::node_type ListenerRegistry::take(Entries::iterator at)
 {
-    auto entry = std::move(at->second);
-    m_entries.erase(at);
-    entry->removed.store(true);
-    switch (entry->kind) {
+    auto node = m_entries.extract(at);
+    auto& entry = *node.mapped();
+    entry.removed.store(true);
+    switch (entry.kind) {
     case Kind::service:
-        m_service.remove(static_cast<FilteredListener const&>(*entry));
+        m_service.remove(static_cast<FilteredListener const&>(entry));
         break;
     case Kind::bundle:
-        m_bundle.remove(entry->id);
+        m_bundle.remove(entry.id);
         break;
     case Kind::framework:
-        m_framework.remove(entry->id);
+        m_framework.remove(entry.id);
         break;
     }
-    return entry;
+    return node;
 }
 
 ListenerTokenId ListenerRegistry::add(BundleContextPrivate const& context, ServiceListener const& listener,
@@ -88,19 +99,18 @@ ListenerTokenId ListenerRegistry::add(BundleContextPrivate const& context, Servi
     if (!filter.empty()) {
         entry->filter = LDAPFilter(filter);
     }
-    Entry replaced; // declared before the lock, as it may be destroyed
+    Entries::node_type replaced; // declared before the lock, as it may be destroyed
     std::lock_guard<std::mutex> const lock(m_mutex);
+    addLocked(context, entry, m_service);
     if (receiver != nullptr) {
         auto const [begin, end] = of(context);
         for (auto at = begin; at != end; ++at) {
-            if (at->second->kind == Kind::service && at->second->receiver == receiver) {
+            if (at->second != entry && at->second->kind == Kind::service && at->second->receiver == receiver) {
                 replaced = take(at);
                 break;
             }
         }
     }
-    addLocked(context, entry);
-    m_service.add(entry);
     return entry->id;
 }
 
@@ -110,8 +120,7 @@ ListenerTokenId ListenerRegistry::add(BundleContextPrivate const& context, Bundl
     auto const entry = make<Listener<BundleEvent>>(Kind::bundle, context, receiver);
     entry->call = listener;
     std::lock_guard<std::mutex> const lock(m_mutex);
-    addLocked(context, entry);
-    m_bundle.add(entry);
+    addLocked(context, entry, m_bundle);
     return entry->id;
 }
 
@@ -121,14 +130,13 @@ ListenerTokenId ListenerRegistry::add(BundleContextPrivate const& context, Frame
     auto const entry = make<Listener<FrameworkEvent>>(Kind::framework, context, receiver);
     entry->call = listener;
     std::lock_guard<std::mutex> const lock(m_mutex);
-    addLocked(context, entry);
-    m_framework.add(entry);
+    addLocked(context, entry, m_framework);
     return entry->id;
 }
 
 void ListenerRegistry::remove(BundleContextPrivate const& context, ListenerTokenId id)
 {
-    Entry removed;
+    Entries::node_type removed;
     std::lock_guard<std::mutex> const lock(m_mutex);
     auto const found = m_entries.find({&context, id});
     if (found != m_entries.end()) {
@@ -140,7 +148,7 @@ template <class Event>
 void ListenerRegistry::removeLast(BundleContextPrivate const& context, Kind kind,
                                   std::function<void(Event const&)> const& listener, void const* receiver)
 {
-    Entry removed;
+    Entries::node_type removed;
     std::lock_guard<std::mutex> const lock(m_mutex);
     auto const [begin, end] = of(context);
     for (auto at = end; at != begin;) {
@@ -175,11 +183,11 @@ void ListenerRegistry::remove(BundleContextPrivate const& context, FrameworkList
 
 void ListenerRegistry::removeAllOf(BundleContextPrivate const& context) noexcept
 {
-    std::vector<Entry> removed;
+    Entries removed; // takes what is taken out without a copy
     std::lock_guard<std::mutex> const lock(m_mutex);
     auto [at, end] = of(context);
     while (at != end) {
-        removed.push_back(take(at++));
+        removed.insert(take(at++));
     }
 }
 
@@ -192,22 +200,72 @@ void ListenerRegistry::end(BundleContextPrivate& context) noexcept
     removeAllOf(context);
 }
 
-ListenerRegistry::BundleListeners::Snapshot ListenerRegistry::bundleListeners()
+template <class L>
+Audience<L> ListenerRegistry::audience(ListenerList<L>& all)
 {
     std::lock_guard<std::mutex> const lock(m_mutex);
-    return m_bundle.snapshot();
+    try {
+        return Audience<L>(all.snapshot());
+    } catch (std::bad_alloc const&) {
+        return Audience<L>(*this, aboveAll());
+    }
 }
 
-ListenerRegistry::FrameworkListeners::Snapshot ListenerRegistry::frameworkListeners()
+Audience<Listener<BundleEvent>> ListenerRegistry::bundleListeners()
 {
-    std::lock_guard<std::mutex> const lock(m_mutex);
-    return m_framework.snapshot();
+    return audience(m_bundle);
 }
 
-ServiceListenerCandidates ListenerRegistry::serviceListeners(long shownId, std::vector<std::string> const& classes)
+Audience<Listener<FrameworkEvent>> ListenerRegistry::frameworkListeners()
+{
+    return audience(m_framework);
+}
+
+ServiceAudience ListenerRegistry::serviceListeners(long shownId, std::vector<std::string> const& classes)
+{
+    std::optional<ServiceAudience> audience;
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    try {
+        audience = m_service.audience(shownId, classes);
+    } catch (std::bad_alloc const&) {
+        audience.reset();
+    }
+    return audience ? *std::move(audience) : ServiceAudience(*this, shownId, classes, aboveAll());
+}
+
+void ListenerRegistry::next(ListenerTokenId below, std::shared_ptr<Listener<BundleEvent>>& found)
 {
     std::lock_guard<std::mutex> const lock(m_mutex);
-    return m_service.candidates(shownId, classes);
+    found = m_bundle.next(below);
+}
+
+void ListenerRegistry::next(ListenerTokenId below, std::shared_ptr<Listener<FrameworkEvent>>& found)
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    found = m_framework.next(below);
+}
+
+std::shared_ptr<FilteredListener>
+ListenerRegistry::nextServiceListener(long shownId, std::vector<std::string> const& classes, ListenerTokenId below)
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    return m_service.next(shownId, classes, below);
+}
+
+template <class L>
+std::shared_ptr<L> Audience<L>::next(ListenerTokenId below) const
+{
+    std::shared_ptr<L> found;
+    m_registry->next(below, found);
+    return found;
+}
+
+template class Audience<Listener<BundleEvent>>;
+template class Audience<Listener<FrameworkEvent>>;
+
+ServiceAudience::List::Entry ServiceAudience::next(ListenerTokenId below) const
+{
+    return m_registry->nextServiceListener(m_shownId, *m_classes, below);
 }
 
 } // namespace cppmicroservices::detail::core

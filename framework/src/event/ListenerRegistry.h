@@ -1,5 +1,6 @@
 #pragma once
 
+#include "event/Audience.h"
 #include "event/Listener.h"
 #include "event/ServiceListenerIndex.h"
 
@@ -22,11 +23,8 @@ namespace detail::core {
 /// destructors of listeners included.
 class ListenerRegistry {
 public:
-    using BundleListeners = ListenerList<Listener<BundleEvent>>;
-    using FrameworkListeners = ListenerList<Listener<FrameworkEvent>>;
-
-    // Each returns the id for the token, and throws std::runtime_error when the context has come to its end. The
-    // receiver is null, or that of a member function.
+    // Each returns the id for the token, and throws std::runtime_error when the context has come to its end; nothing is
+    // changed then, nor by std::bad_alloc. The receiver is null, or that of a member function.
 
     /// Takes the place of the context's listener for the same receiver, if there is one.
     ///
@@ -45,16 +43,25 @@ public:
     void remove(BundleContextPrivate const& context, BundleListener const& listener, void const* receiver);
     void remove(BundleContextPrivate const& context, FrameworkListener const& listener, void const* receiver);
 
-    /// Removes all that the context added.
+    /// Removes all that the context added. Needs no memory, like the other removals.
     void removeAllOf(BundleContextPrivate const& context) noexcept;
 
     /// The same, and refuses further ones.
     void end(BundleContextPrivate& context) noexcept;
 
     // Those to whom an event is to be delivered, as they are now.
-    BundleListeners::Snapshot bundleListeners();
-    FrameworkListeners::Snapshot frameworkListeners();
-    ServiceListenerCandidates serviceListeners(long shownId, std::vector<std::string> const& classes);
+    Audience<Listener<BundleEvent>> bundleListeners();
+    Audience<Listener<FrameworkEvent>> frameworkListeners();
+
+    /// @param shownId, classes  the service's properties "service.id" and "objectclass"; the latter has to outlive the
+    ///     result
+    ServiceAudience serviceListeners(long shownId, std::vector<std::string> const& classes);
+
+    // For an audience without a snapshot: the last added of those with a lower id, or null.
+    void next(ListenerTokenId below, std::shared_ptr<Listener<BundleEvent>>& found);
+    void next(ListenerTokenId below, std::shared_ptr<Listener<FrameworkEvent>>& found);
+    std::shared_ptr<FilteredListener> nextServiceListener(long shownId, std::vector<std::string> const& classes,
+                                                          ListenerTokenId below);
 
 private:
     using Entry = std::shared_ptr<ListenerBase>;
@@ -67,8 +74,14 @@ private:
     std::pair<Entries::iterator, Entries::iterator> of(BundleContextPrivate const& context);
 
     /// Takes the listener out; the lock is held. The caller lets go of the result after the lock.
-    Entry take(Entries::iterator at);
-    void addLocked(BundleContextPrivate const& context, Entry const& entry);
+    Entries::node_type take(Entries::iterator at);
+
+    /// Adds the listener, to the list or index of its kind as well; the lock is held.
+    template <class List, class L>
+    void addLocked(BundleContextPrivate const& context, std::shared_ptr<L> const& entry, List& ofItsKind);
+
+    template <class L>
+    Audience<L> audience(ListenerList<L>& all);
 
     template <class Event>
     void removeLast(BundleContextPrivate const& context, ListenerBase::Kind kind,
@@ -77,8 +90,8 @@ private:
     std::mutex m_mutex; // guards all below
     Entries m_entries;
     ServiceListenerIndex m_service;
-    BundleListeners m_bundle;
-    FrameworkListeners m_framework;
+    ListenerList<Listener<BundleEvent>> m_bundle;
+    ListenerList<Listener<FrameworkEvent>> m_framework;
 };
 
 } // namespace detail::core

@@ -6,16 +6,10 @@
 
 namespace cppmicroservices {
 
-class ServiceEventData {
-public:
-    ServiceEvent::Type type;
-    ServiceReferenceU reference;
-};
-
 ServiceEvent::ServiceEvent() = default;
 
 ServiceEvent::ServiceEvent(Type type, ServiceReferenceBase const& reference)
-    : m_data(std::make_shared<ServiceEventData>(ServiceEventData{type, reference}))
+    : m_isReal(true), m_type(type), m_reference(reference)
 {
 }
 
@@ -24,17 +18,17 @@ ServiceEvent& ServiceEvent::operator=(ServiceEvent const& other) = default;
 
 ServiceEvent::operator bool() const
 {
-    return m_data != nullptr;
+    return m_isReal;
 }
 
 ServiceReferenceU ServiceEvent::GetServiceReference() const
 {
-    return m_data ? m_data->reference : ServiceReferenceU();
+    return m_reference;
 }
 
 ServiceEvent::Type ServiceEvent::GetType() const
 {
-    return m_data ? m_data->type : SERVICE_UNREGISTERING;
+    return m_type;
 }
 
 std::ostream& operator<<(std::ostream& os, ServiceEvent::Type const& type)

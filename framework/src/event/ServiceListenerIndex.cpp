@@ -29,22 +29,20 @@ void removeFrom(Lists& lists, Key const& key, ListenerTokenId id)
 
 } // namespace
 
-void ServiceListenerCandidates::add(List::Snapshot snapshot)
-{
-    if (snapshot) {
-        m_runs.push_back(std::move(snapshot));
-    }
-}
-
 void ServiceListenerIndex::add(Entry const& listener)
 {
     auto const& required = detail::ldap::FilterAccess::requirements(listener->filter);
-    if (required.serviceId) {
-        m_byId[*required.serviceId].add(listener);
-    } else if (auto const* const name = onlyClass(required)) {
-        m_byClass[*name].add(listener);
-    } else {
-        m_others.add(listener);
+    try {
+        if (required.serviceId) {
+            m_byId[*required.serviceId].add(listener);
+        } else if (auto const* const name = onlyClass(required)) {
+            m_byClass[*name].add(listener);
+        } else {
+            m_others.add(listener);
+        }
+    } catch (...) {
+        remove(*listener); // and with it a list that was made for it
+        throw;
     }
 }
 
@@ -60,22 +58,48 @@ void ServiceListenerIndex::remove(FilteredListener const& listener)
     }
 }
 
-ServiceListenerCandidates ServiceListenerIndex::candidates(long shownId, std::vector<std::string> const& classes)
+template <class Visit>
+bool ServiceListenerIndex::forEachList(long shownId, std::vector<std::string> const& classes, Visit&& visit)
 {
-    ServiceListenerCandidates result;
-    result.add(m_others.snapshot());
+    if (!visit(m_others)) {
+        return false;
+    }
     auto const ofId = m_byId.find(shownId);
-    if (ofId != m_byId.end()) {
-        result.add(ofId->second.snapshot());
+    if (ofId != m_byId.end() && !visit(ofId->second)) {
+        return false;
     }
     for (auto name = classes.begin(); name != classes.end(); ++name) {
         bool const isNew = std::find(classes.begin(), name, *name) == name; // a caller may have named one twice
         auto const ofClass = isNew ? m_byClass.find(*name) : m_byClass.end();
-        if (ofClass != m_byClass.end()) {
-            result.add(ofClass->second.snapshot());
+        if (ofClass != m_byClass.end() && !visit(ofClass->second)) {
+            return false;
         }
     }
+    return true;
+}
+
+std::optional<ServiceAudience> ServiceListenerIndex::audience(long shownId, std::vector<std::string> const& classes)
+{
+    std::optional<ServiceAudience> result(std::in_place);
+    bool const all = forEachList(shownId, classes, [&result](List& list) { return result->add(list.snapshot()); });
+    if (!all) {
+        result.reset();
+    }
     return result;
+}
+
+ServiceListenerIndex::Entry ServiceListenerIndex::next(long shownId, std::vector<std::string> const& classes,
+                                                       ListenerTokenId below)
+{
+    Entry newest;
+    forEachList(shownId, classes, [&newest, below](List const& list) {
+        auto found = list.next(below);
+        if (found && (!newest || found->id > newest->id)) {
+            newest = std::move(found);
+        }
+        return true;
+    });
+    return newest;
 }
 
 } // namespace cppmicroservices::detail::core

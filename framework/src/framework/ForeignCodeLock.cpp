@@ -2,17 +2,23 @@
 
 #include <condition_variable>
 #include <mutex>
-#include <unordered_map>
 
 namespace cppmicroservices::detail::core {
 
 namespace {
 
+/// A thread that waits. It lies on that thread's stack, so that waiting needs no memory.
+struct Waiting {
+    std::thread::id thread;
+    ForeignCodeLock const* wanted;
+    Waiting* next;
+};
+
 /// Who waits for which lock, over all frameworks of the process: a chain of waiting threads may cross them.
 struct Board {
     std::mutex mutex;
     std::condition_variable changed;
-    std::unordered_map<std::thread::id, ForeignCodeLock const*> waiting;
+    Waiting* waiting = nullptr;
 };
 
 Board& board()
@@ -21,6 +27,42 @@ Board& board()
     static auto* const theBoard = new Board;
     return *theBoard;
 }
+
+/// What the thread waits for, or null.
+ForeignCodeLock const* wantedBy(std::thread::id thread, Board const& board)
+{
+    auto const* waiting = board.waiting;
+    while (waiting != nullptr && waiting->thread != thread) {
+        waiting = waiting->next;
+    }
+    return waiting != nullptr ? waiting->wanted : nullptr;
+}
+
+/// Puts the thread on the board while it lives; the board's mutex is held at both ends.
+class OnBoard {
+public:
+    OnBoard(Board& board, ForeignCodeLock const* wanted)
+        : m_board(board), m_waiting{std::this_thread::get_id(), wanted, board.waiting}
+    {
+        board.waiting = &m_waiting;
+    }
+
+    OnBoard(OnBoard const&) = delete;
+    OnBoard& operator=(OnBoard const&) = delete;
+
+    ~OnBoard()
+    {
+        auto** at = &m_board.waiting;
+        while (*at != &m_waiting) {
+            at = &(*at)->next;
+        }
+        *at = m_waiting.next;
+    }
+
+private:
+    Board& m_board;
+    Waiting m_waiting;
+};
 
 } // namespace
 
@@ -36,12 +78,10 @@ ForeignCodeLock::Outcome ForeignCodeLock::take()
             if (wanted->m_holder == self) {
                 return Outcome::wouldNeverEnd;
             }
-            auto const next = all.waiting.find(wanted->m_holder);
-            wanted = next != all.waiting.end() ? next->second : nullptr;
+            wanted = wantedBy(wanted->m_holder, all);
         }
-        all.waiting[self] = this;
+        OnBoard const waiting(all, this);
         all.changed.wait(lock);
-        all.waiting.erase(self);
     }
     m_holder = self;
     return Outcome::taken;
@@ -54,7 +94,7 @@ void ForeignCodeLock::release() noexcept
     {
         std::lock_guard<std::mutex> const lock(all.mutex);
         m_holder = std::thread::id();
-        someoneWaits = !all.waiting.empty();
+        someoneWaits = all.waiting != nullptr;
     }
     if (someoneWaits) {
         all.changed.notify_all();

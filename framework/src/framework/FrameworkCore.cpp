@@ -12,6 +12,7 @@
 #include "cppmicroservices/Constants.h"
 
 #include <exception>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -20,6 +21,17 @@ namespace cppmicroservices::detail::core {
 namespace {
 
 std::atomic<unsigned long> frameworksMade{0};
+
+bool isOutOfMemory(std::exception_ptr const& exception)
+{
+    try {
+        std::rethrow_exception(exception);
+    } catch (std::bad_alloc const&) {
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
 
 } // namespace
 
@@ -47,8 +59,10 @@ FrameworkCore::FrameworkCore(AnyMap properties, int loadOptions, std::ostream* l
 {
     m_events->note("framework made");
     if (!loadOptionsAreUsable(*m_properties)) {
-        m_events->note("The property " + Constants::LIBRARY_LOAD_OPTIONS + " is no int; " +
-                       std::to_string(m_loadOptions) + " is used instead.");
+        m_events->note([this] {
+            return "The property " + Constants::LIBRARY_LOAD_OPTIONS + " is no int; " + std::to_string(m_loadOptions) +
+                   " is used instead.";
+        });
     }
 }
 
@@ -126,22 +140,40 @@ void FrameworkCore::init()
         if (isUp()) {
             return;
         }
-        m_properties.swap(propertiesOfRun);
-        m_services = std::make_shared<ServiceRegistry>(m_events);
+        auto const stateBefore = m_systemBundle->state();
+        auto services = std::make_shared<ServiceRegistry>(m_events);
+        auto context = BundleContextPrivate::make(m_systemBundle, services);
         m_bundles.open(m_systemBundle);
-        m_systemBundle->setContext(BundleContextPrivate::make(m_systemBundle, m_services));
+        m_properties.swap(propertiesOfRun);
+        m_services.swap(services);
+        m_systemBundle->setContext(std::move(context));
         m_mayStartBundles = true;
         m_systemBundle->setState(Bundle::STATE_STARTING);
-        // On failure the framework is up all the same, as after any failed installation.
+        // On failure the framework is up all the same, as after any failed installation; but what memory failed for
+        // is to be tried again.
         failure = caughtFrom([&] { program = m_bundles.addProgram(*this); });
+        if (failure && isOutOfMemory(failure)) {
+            takeBackInit(stateBefore);
+            std::rethrow_exception(failure);
+        }
     }
-    m_events->note("bundle STARTING " + m_systemBundle->text()); // no event: listeners come only with the context
+    // No event: listeners come only with the context.
+    m_events->note([this] { return "bundle STARTING " + m_systemBundle->text(); });
     for (auto const& bundle : program) {
         m_events->publish(BundleEvent::BUNDLE_INSTALLED, bundle);
     }
     if (failure) {
         std::rethrow_exception(failure);
     }
+}
+
+void FrameworkCore::takeBackInit(Bundle::State stateBefore)
+{
+    m_mayStartBundles = false;
+    m_bundles.close();
+    m_systemBundle->context()->invalidate();
+    m_systemBundle->setContext(nullptr);
+    m_systemBundle->setState(stateBefore);
 }
 
 void FrameworkCore::start()
@@ -154,8 +186,8 @@ void FrameworkCore::start()
         }
         m_systemBundle->setState(Bundle::STATE_ACTIVE);
     }
-    m_events->note("bundle STARTED " + m_systemBundle->text()); // the event is a framework event
-    m_events->publish(FrameworkEvent::FRAMEWORK_STARTED, m_systemBundle, std::string());
+    m_events->note([this] { return "bundle STARTED " + m_systemBundle->text(); }); // the event is a framework event
+    m_events->publish(FrameworkEvent::FRAMEWORK_STARTED, m_systemBundle, "");
 }
 
 void FrameworkCore::stop()
@@ -233,10 +265,10 @@ void FrameworkCore::handStopOn()
 
 void FrameworkCore::retireBundles()
 {
-    auto const bundles = m_bundles.all();
-    for (auto bundle = bundles.rbegin(); bundle != bundles.rend(); ++bundle) {
-        if (!(*bundle)->isSystemBundle()) {
-            retireBundle(*this, *bundle);
+    // One after the other instead of a list of all, which needs memory.
+    for (auto bundle = m_bundles.before(nullptr); bundle; bundle = m_bundles.before(bundle.get())) {
+        if (!bundle->isSystemBundle()) {
+            retireBundle(*this, bundle);
         }
     }
 }
@@ -244,8 +276,8 @@ void FrameworkCore::retireBundles()
 void FrameworkCore::endStop()
 {
     auto const left = m_bundles.close(); // what was installed meanwhile; it cannot have been started
-    for (auto const& bundle : left) {
-        bundle->detach();
+    for (auto const& entry : left) {
+        entry.second->detach();
     }
     auto const services = this->services();
     if (auto const context = m_systemBundle->context()) {
@@ -266,7 +298,7 @@ void FrameworkCore::endStop()
 
 bool FrameworkCore::calledFromWithin()
 {
-    for (auto const& bundle : m_bundles.all()) {
+    for (auto bundle = m_bundles.before(nullptr); bundle; bundle = m_bundles.before(bundle.get())) {
         if (bundle->lifecycleLock().heldByThisThread()) {
             return true;
         }
@@ -307,6 +339,9 @@ FrameworkEvent FrameworkCore::waitForStop(std::chrono::milliseconds timeout)
 
 void FrameworkCore::stopQuietly() noexcept
 {
+    if (!m_systemBundle) {
+        return; // make() did not get so far
+    }
     try {
         Lock lock(m_mutex);
         if (m_stopping && m_stoppingBy == std::this_thread::get_id()) {
@@ -322,7 +357,7 @@ void FrameworkCore::stopQuietly() noexcept
         }
         joinFinished(lock, m_stopper);
     } catch (std::exception const& e) {
-        m_events->note(std::string("The framework could not be stopped quietly: ") + e.what());
+        m_events->note([&e] { return std::string("The framework could not be stopped quietly: ") + e.what(); });
     }
 }
 

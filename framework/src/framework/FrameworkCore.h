@@ -72,6 +72,9 @@ private:
 
     using Lock = std::unique_lock<std::mutex>;
 
+    /// Undoes init(), with the lock held, before anything happened in the run.
+    void takeBackInit(Bundle::State stateBefore);
+
     /// Stops in the calling thread.
     ///
     /// @throws std::runtime_error inside of an activator or a listener, for which the stop would wait

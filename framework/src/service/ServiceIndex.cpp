@@ -25,6 +25,18 @@ ServiceIndex::References valuesAt(Outer const& map, Key const& key)
     return found != map.end() ? valuesOf(found->second) : ServiceIndex::References();
 }
 
+/// The first value with a higher key than `after`, or null.
+template <class Outer, class Key, class InnerKey>
+ServiceIndex::Reference nextAt(Outer const& map, Key const& key, InnerKey const& after)
+{
+    auto const found = map.find(key);
+    if (found == map.end()) {
+        return nullptr;
+    }
+    auto const next = found->second.upper_bound(after);
+    return next != found->second.end() ? next->second : nullptr;
+}
+
 /// Takes one entry out of a map of maps, and the inner map with its last entry.
 template <class Outer, class Key, class InnerKey>
 void eraseAt(Outer& map, Key const& key, InnerKey const& innerKey)
@@ -52,7 +64,7 @@ ServiceIndex::Offer ServiceIndex::offerOf(std::map<Rank, Reference> const& servi
     for (auto const& entry : services) {
         all.push_back(offered(entry.second));
     }
-    return std::make_shared<std::vector<Offered> const>(std::move(all));
+    return std::make_shared<OfferedServices const>(OfferedServices{std::move(all)});
 }
 
 bool ServiceIndex::Rank::operator<(Rank const& other) const
@@ -60,9 +72,20 @@ bool ServiceIndex::Rank::operator<(Rank const& other) const
     return std::tie(other.ranking, shownId, id) < std::tie(ranking, other.shownId, other.id);
 }
 
-void ServiceIndex::add(std::shared_ptr<ServiceRecord> const& record, Rank const& rank, Outdated& outdated)
+ServiceIndex::Reference ServiceIndex::add(std::shared_ptr<ServiceRecord> const& record, Rank const& rank,
+                                          Outdated& outdated)
 {
     outdate(*record, outdated);
+    try {
+        return addEverywhere(record, rank);
+    } catch (...) {
+        remove(*record, rank, outdated);
+        throw;
+    }
+}
+
+ServiceIndex::Reference ServiceIndex::addEverywhere(std::shared_ptr<ServiceRecord> const& record, Rank const& rank)
+{
     auto const untyped = std::make_shared<ReferenceData const>(ReferenceData{record, std::string()});
     // Ids rise, so a new service nearly always comes last.
     auto const placed = m_all.emplace_hint(m_all.end(), rank.id, Placed{untyped, rank});
@@ -74,6 +97,7 @@ void ServiceIndex::add(std::shared_ptr<ServiceRecord> const& record, Rank const&
     for (auto const& name : record->classes()) {
         m_byClass[name].services.emplace(rank, std::make_shared<ReferenceData const>(ReferenceData{record, name}));
     }
+    return untyped;
 }
 
 void ServiceIndex::remove(ServiceRecord const& record, Rank const& rank, Outdated& outdated)
@@ -91,6 +115,12 @@ void ServiceIndex::remove(ServiceRecord const& record, Rank const& rank, Outdate
     eraseAt(m_byOwnId, rank.shownId, rank.id);
     eraseAt(m_byOwner, record.owner().get(), rank.id);
     m_all.erase(rank.id);
+}
+
+ServiceIndex::Reference ServiceIndex::untyped(ServiceRecord const& record) const
+{
+    auto const found = m_all.find(record.id());
+    return found != m_all.end() ? found->second.reference : nullptr;
 }
 
 void ServiceIndex::change(ServiceRecord const& record, Rank const& from, Rank const& to, Outdated& outdated)
@@ -118,8 +148,8 @@ void ServiceIndex::outdate(ServiceRecord const& record, Outdated& outdated)
 {
     auto const setAside = [&outdated](Offer& offer) {
         if (offer) {
-            outdated.push_back(std::move(offer));
-            offer.reset();
+            offer->outdatedBefore = std::move(outdated);
+            outdated = std::exchange(offer, nullptr);
         }
     };
     setAside(m_offerOfAll);
@@ -160,7 +190,7 @@ ServiceIndex::Offer ServiceIndex::offerOfAll()
         for (auto const& entry : m_all) {
             all.push_back(offered(entry.second.reference));
         }
-        m_offerOfAll = std::make_shared<std::vector<Offered> const>(std::move(all));
+        m_offerOfAll = std::make_shared<OfferedServices const>(OfferedServices{std::move(all)});
     }
     return m_offerOfAll;
 }
@@ -237,9 +267,20 @@ ServiceIndex::References ServiceIndex::registeredBy(BundleRecord const& bundle) 
     return valuesAt(m_byOwner, &bundle);
 }
 
+ServiceIndex::Reference ServiceIndex::nextRegisteredBy(BundleRecord const& bundle, long after) const
+{
+    return nextAt(m_byOwner, &bundle, after);
+}
+
 void ServiceIndex::addUse(BundleRecord const& user, std::shared_ptr<ServiceRecord> const& record)
 {
-    m_byUser[&user].emplace(record->id(), std::make_shared<ReferenceData const>(ReferenceData{record, std::string()}));
+    auto reference = std::make_shared<ReferenceData const>(ReferenceData{record, std::string()});
+    try {
+        m_byUser[&user].emplace(record->id(), std::move(reference));
+    } catch (...) {
+        removeUse(user, *record); // and with it what was made for it
+        throw;
+    }
 }
 
 void ServiceIndex::removeUse(BundleRecord const& user, ServiceRecord const& record)
@@ -250,6 +291,11 @@ void ServiceIndex::removeUse(BundleRecord const& user, ServiceRecord const& reco
 ServiceIndex::References ServiceIndex::usedBy(BundleRecord const& user) const
 {
     return valuesAt(m_byUser, &user);
+}
+
+ServiceIndex::Reference ServiceIndex::nextUsedBy(BundleRecord const& user, long after) const
+{
+    return nextAt(m_byUser, &user, after);
 }
 
 } // namespace cppmicroservices::detail::core

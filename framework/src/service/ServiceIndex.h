@@ -35,17 +35,32 @@ public:
         ServiceRecord::Properties properties;
     };
 
-    using Offer = std::shared_ptr<std::vector<Offered> const>;
+    struct OfferedServices;
+    using Offer = std::shared_ptr<OfferedServices const>;
 
-    /// Offers that a change made useless. They may be the last owners of services and properties, whose destructors are
-    /// foreign code, so they have to outlive the lock.
-    using Outdated = std::vector<Offer>;
+    struct OfferedServices {
+        std::vector<Offered> services;
+        mutable Offer outdatedBefore = nullptr; ///< guarded by the lock of the index
+    };
 
-    void add(std::shared_ptr<ServiceRecord> const& record, Rank const& rank, Outdated& outdated);
+    /// Offers that a change made useless: the last of them, which holds the others, so that none needs memory to be put
+    /// aside. They may be the last owners of services and properties, whose destructors are foreign code, so they have
+    /// to outlive the lock.
+    using Outdated = Offer;
+
+    /// @return a reference to the service for no class
+    /// @throws std::bad_alloc, and nothing is changed
+    Reference add(std::shared_ptr<ServiceRecord> const& record, Rank const& rank, Outdated& outdated);
+
+    // These three need no memory.
+
     void remove(ServiceRecord const& record, Rank const& rank, Outdated& outdated);
 
     /// The properties of the service were replaced, and its rank with them.
     void change(ServiceRecord const& record, Rank const& from, Rank const& to, Outdated& outdated);
+
+    /// What add() returned; null when the service is not here.
+    Reference untyped(ServiceRecord const& record) const;
 
     /// In order of registration.
     References all() const;
@@ -69,11 +84,18 @@ public:
     /// In order of registration.
     References registeredBy(BundleRecord const& bundle) const;
 
+    /// The first of them with a higher id, or null. Needs no memory.
+    Reference nextRegisteredBy(BundleRecord const& bundle, long after) const;
+
+    /// @throws std::bad_alloc, and nothing is changed
     void addUse(BundleRecord const& user, std::shared_ptr<ServiceRecord> const& record);
     void removeUse(BundleRecord const& user, ServiceRecord const& record);
 
     /// In order of registration.
     References usedBy(BundleRecord const& user) const;
+
+    /// The first of them with a higher id, or null. Needs no memory.
+    Reference nextUsedBy(BundleRecord const& user, long after) const;
 
 private:
     using ById = std::map<long, Reference>;
@@ -92,6 +114,7 @@ private:
     Reference referenceFor(Placed const& placed, std::string const& className) const;
     static Offered offered(Reference const& reference);
     static Offer offerOf(std::map<Rank, Reference> const& services);
+    Reference addEverywhere(std::shared_ptr<ServiceRecord> const& record, Rank const& rank);
     void outdate(ServiceRecord const& record, Outdated& outdated);
 
     std::map<long, Placed> m_all;

@@ -46,7 +46,7 @@ ServiceRegistry::References ServiceRegistry::find(std::string const& className, 
             offer = m_index.offerOfAll();
         }
     }
-    return offer ? matching(*offer, condition, className) : References();
+    return offer ? matching(offer->services, condition, className) : References();
 }
 
 ServiceRegistry::References ServiceRegistry::matching(std::vector<ServiceIndex::Offered> const& offered,

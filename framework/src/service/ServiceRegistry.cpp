@@ -89,21 +89,23 @@ std::shared_ptr<ServiceRecord> ServiceRegistry::add(BundleContextPrivate const& 
     record->m_properties = described.all;
     record->m_ranking = described.ranking;
     record->m_shownId = described.shownId;
+    Reference untyped;
     {
         ServiceIndex::Outdated outdated;
         std::lock_guard<std::mutex> const lock(m_mutex);
         if (m_closed || !owner || !context.mayRegister()) {
             throw std::runtime_error("The bundle context is no longer valid");
         }
-        m_index.add(record, rankOf(*record), outdated);
+        untyped = m_index.add(record, rankOf(*record), outdated);
     }
-    m_events->publish(ServiceEvent::SERVICE_REGISTERED, record, described.all);
+    m_events->publish(ServiceEvent::SERVICE_REGISTERED, untyped, described.all);
     return record;
 }
 
 void ServiceRegistry::changeProperties(std::shared_ptr<ServiceRecord> const& record,
                                        ServiceProperties const& properties)
 {
+    Reference untyped;
     ServiceRecord::Properties old;
     ServiceRecord::Properties all;
     for (;;) {
@@ -117,6 +119,7 @@ void ServiceRegistry::changeProperties(std::shared_ptr<ServiceRecord> const& rec
         if (record->m_properties != old) {
             continue; // another thread was faster; what it set is replaced as well
         }
+        untyped = untypedReference(record);
         auto const from = rankOf(*record);
         record->m_properties = all; // `old` still holds the former ones: they go after the lock
         record->m_ranking = replaced.ranking;
@@ -125,26 +128,35 @@ void ServiceRegistry::changeProperties(std::shared_ptr<ServiceRecord> const& rec
         }
         break;
     }
-    m_events->publishModified(record, all, old);
+    m_events->publishModified(untyped, all, old);
 }
 
 void ServiceRegistry::remove(std::shared_ptr<ServiceRecord> const& record)
 {
+    if (!tryRemove(record)) {
+        throw std::logic_error("Service is unregistered");
+    }
+}
+
+bool ServiceRegistry::tryRemove(std::shared_ptr<ServiceRecord> const& record)
+{
+    Reference untyped;
     {
         ServiceIndex::Outdated outdated;
         std::lock_guard<std::mutex> const lock(m_mutex);
         bool const isUnderWay = record->m_state == ServiceRecord::State::unregistering;
         if (isUnderWay && record->m_unregisteringBy == std::this_thread::get_id()) {
-            return; // a listener is told of it, and asks for it once more
+            return true; // a listener is told of it, and asks for it once more
         }
         if (record->m_state != ServiceRecord::State::registered) {
-            throw std::logic_error("Service is unregistered");
+            return false;
         }
+        untyped = untypedReference(record);
         record->m_state = ServiceRecord::State::unregistering;
         record->m_unregisteringBy = std::this_thread::get_id();
         m_index.remove(*record, rankOf(*record), outdated);
     }
-    m_events->publish(ServiceEvent::SERVICE_UNREGISTERING, record, this->properties(*record));
+    m_events->publish(ServiceEvent::SERVICE_UNREGISTERING, untyped, this->properties(*record));
 
     InterfaceMapConstPtr object;
     std::shared_ptr<ServiceFactory> factory;
@@ -166,7 +178,7 @@ void ServiceRegistry::remove(std::shared_ptr<ServiceRecord> const& record)
         }
     }
     if (!factory) {
-        return;
+        return true;
     }
     for (auto const& entry : uses) {
         auto const& ofUser = entry.second;
@@ -177,26 +189,23 @@ void ServiceRegistry::remove(std::shared_ptr<ServiceRecord> const& record)
             giveBack(*factory, record, *ofUser.shared, Reason::unregistered);
         }
     }
+    return true;
 }
 
 void ServiceRegistry::endRegistrations(BundleContextPrivate& context) noexcept
 {
     auto const owner = context.bundle();
-    References left;
-    {
-        std::lock_guard<std::mutex> const lock(m_mutex);
-        context.refuseRegistrations();
-        if (owner) {
-            left = m_index.registeredBy(*owner);
+    Reference service;
+    do {
+        {
+            std::lock_guard<std::mutex> const lock(m_mutex);
+            context.refuseRegistrations();
+            service = owner ? m_index.nextRegisteredBy(*owner, service ? service->record->id() : 0) : nullptr;
         }
-    }
-    for (auto const& service : left) {
-        try {
-            remove(service->record);
-        } catch (std::logic_error const&) {
-            continue; // its registration was used to unregister it meanwhile
+        if (service) {
+            tryRemove(service->record); // unless its registration is used to unregister it meanwhile
         }
-    }
+    } while (service);
 }
 
 void ServiceRegistry::close() noexcept
@@ -223,6 +232,13 @@ ServiceIndex::Rank ServiceRegistry::rank(ServiceRecord const& record) const
 {
     std::lock_guard<std::mutex> const lock(m_mutex);
     return rankOf(record);
+}
+
+ServiceRegistry::Reference ServiceRegistry::untypedReference(std::shared_ptr<ServiceRecord> const& record) const
+{
+    auto indexed = m_index.untyped(*record);
+    // Not in the index: its unregistering is under way, or the framework has ended.
+    return indexed ? indexed : std::make_shared<ReferenceData const>(ReferenceData{record, std::string()});
 }
 
 void ServiceRegistry::requireRegistered(ServiceRecord const& record) const

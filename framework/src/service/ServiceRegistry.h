@@ -97,14 +97,28 @@ private:
     /// Why an object is given back to its factory.
     enum class Reason { released, unregistered };
 
+    /// False when the service is no longer registered. Needs no memory unless the framework has ended.
+    bool tryRemove(std::shared_ptr<ServiceRecord> const& record);
+
+    /// For no class; the lock is held. Needs no memory for a service that can be found.
+    Reference untypedReference(std::shared_ptr<ServiceRecord> const& record) const;
+
     Granted acquire(std::shared_ptr<ServiceRecord> const& record, BundleContextPrivate const& context);
     Granted acquireOwn(std::shared_ptr<ServiceRecord> const& record, BundleContextPrivate const& context);
     Granted makeWithFactory(std::shared_ptr<ServiceRecord> const& record, Use const& use);
     Granted makeOwn(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record,
                     std::shared_ptr<BundleRecord> const& user);
-    BundleUses& usesOf(std::shared_ptr<ServiceRecord> const& record, std::shared_ptr<BundleRecord> const& user);
+    /// Notes the use as one that the bundle shares, or as its own; the lock is held.
+    ///
+    /// @throws std::bad_alloc, and nothing is changed
+    void addShared(std::shared_ptr<ServiceRecord> const& record, Use const& use);
+    void addOwn(std::shared_ptr<ServiceRecord> const& record, Use const& use);
+    template <class Add>
+    void addUse(std::shared_ptr<ServiceRecord> const& record, Use const& use, Add&& add);
     InterfaceMapConstPtr ask(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record,
                              std::shared_ptr<BundleRecord> const& user);
+    /// Takes out the use that all of the bundle's pointers share; null when there is none. The lock is held.
+    Use endSharedUse(ServiceRecord& record, BundleRecord const& user);
     void giveBack(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record, ServiceUse const& use,
                   Reason reason) noexcept;
 

@@ -5,11 +5,13 @@
 #include "event/Events.h"
 #include "framework/HandleAccess.h"
 #include "service/ServiceRegistry.h"
+#include "value/Reason.h"
 
 #include "cppmicroservices/PrototypeServiceFactory.h"
 #include "cppmicroservices/ServiceException.h"
 #include "cppmicroservices/ServiceFactory.h"
 
+#include <exception>
 #include <stdexcept>
 #include <utility>
 
@@ -68,6 +70,18 @@ std::string const* missingIn(InterfaceMap const& object, std::vector<std::string
         }
     }
     return nullptr;
+}
+
+/// The exception of a factory as events tell of it.
+std::exception_ptr asFactoryException(std::exception_ptr const& thrown)
+{
+    try {
+        std::rethrow_exception(thrown);
+    } catch (std::exception const& e) {
+        return std::make_exception_ptr(ServiceException(e.what(), ServiceException::FACTORY_EXCEPTION));
+    } catch (...) {
+        return thrown;
+    }
 }
 
 /// What the user of a service gets; null when nothing was granted.
@@ -135,11 +149,14 @@ ServiceRegistry::Granted ServiceRegistry::acquire(std::shared_ptr<ServiceRecord>
                 return {nullptr, nullptr, false};
             }
             auto const user = requireUser(context);
-            auto& shared = usesOf(record, user).shared;
-            if (!shared) {
-                shared = std::make_shared<ServiceUse>(user);
+            auto const known = record->m_uses.find(user.get());
+            if (known != record->m_uses.end()) {
+                use = known->second.shared;
             }
-            use = shared;
+            if (!use) {
+                use = std::make_shared<ServiceUse>(user);
+                addShared(record, use);
+            }
             if (!record->m_factory) {
                 ++use->count;
                 return {use, record->m_object};
@@ -187,14 +204,34 @@ ServiceRegistry::Granted ServiceRegistry::acquireOwn(std::shared_ptr<ServiceReco
     return isPrototype ? makeOwn(*factory, record, user) : acquire(record, context);
 }
 
-BundleUses& ServiceRegistry::usesOf(std::shared_ptr<ServiceRecord> const& record,
-                                    std::shared_ptr<BundleRecord> const& user)
+template <class Add>
+void ServiceRegistry::addUse(std::shared_ptr<ServiceRecord> const& record, Use const& use, Add&& add)
 {
-    auto& uses = record->m_uses[user.get()];
-    if (uses.empty()) {
-        m_index.addUse(*user, record);
+    auto const& user = *use->user;
+    auto const uses = record->m_uses.try_emplace(&user).first;
+    bool const isFirst = uses->second.empty();
+    try {
+        if (isFirst) {
+            m_index.addUse(user, record);
+        }
+        add(uses->second);
+    } catch (...) {
+        if (isFirst) {
+            m_index.removeUse(user, *record);
+            record->m_uses.erase(uses);
+        }
+        throw;
     }
-    return uses;
+}
+
+void ServiceRegistry::addShared(std::shared_ptr<ServiceRecord> const& record, Use const& use)
+{
+    addUse(record, use, [&use](BundleUses& uses) { uses.shared = use; });
+}
+
+void ServiceRegistry::addOwn(std::shared_ptr<ServiceRecord> const& record, Use const& use)
+{
+    addUse(record, use, [&use](BundleUses& uses) { uses.own.insert(use); });
 }
 
 ServiceRegistry::Granted ServiceRegistry::makeWithFactory(std::shared_ptr<ServiceRecord> const& record, Use const& use)
@@ -229,21 +266,27 @@ ServiceRegistry::Granted ServiceRegistry::makeWithFactory(std::shared_ptr<Servic
 ServiceRegistry::Granted ServiceRegistry::makeOwn(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record,
                                                   std::shared_ptr<BundleRecord> const& user)
 {
+    auto use = std::make_shared<ServiceUse>(user); // before the object, which would be lost without it
     auto const object = ask(factory, record, user);
     if (!object || object->empty()) {
         return {nullptr, object};
     }
-    auto use = std::make_shared<ServiceUse>(user);
     use->object = object;
     use->count = 1;
+    std::exception_ptr noMemory;
     {
         std::lock_guard<std::mutex> const lock(m_mutex);
         if (record->m_state != ServiceRecord::State::unregistered) {
-            usesOf(record, user).own.insert(use);
-            return {use, object};
+            noMemory = caughtFrom([&] { addOwn(record, use); });
+            if (!noMemory) {
+                return {use, object};
+            }
         }
     }
     giveBack(factory, record, *use, Reason::released);
+    if (noMemory) {
+        std::rethrow_exception(noMemory);
+    }
     return {};
 }
 
@@ -266,8 +309,9 @@ InterfaceMapConstPtr ServiceRegistry::ask(ServiceFactory& factory, std::shared_p
     }
     if (auto const* const missing = missingIn(*object, record->classes())) {
         auto const text = "ServiceFactory produced an object that did not implement: " + *missing;
-        m_events->publish(FrameworkEvent::FRAMEWORK_WARNING, user, text,
-                          std::make_exception_ptr(std::logic_error(text)));
+        m_events->publish(
+            FrameworkEvent::FRAMEWORK_WARNING, user, [&text] { return text; },
+            std::make_exception_ptr(std::logic_error(text)));
         return nullptr;
     }
     return object;
@@ -276,21 +320,18 @@ InterfaceMapConstPtr ServiceRegistry::ask(ServiceFactory& factory, std::shared_p
 void ServiceRegistry::giveBack(ServiceFactory& factory, std::shared_ptr<ServiceRecord> const& record,
                                ServiceUse const& use, Reason reason) noexcept
 {
-    bool const released = reason == Reason::released;
-    auto const report = [&](std::exception_ptr const& exception) {
-        m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, released ? use.user : record->owner(),
-                          released ? "ServiceFactory threw an exception"
-                                   : "ServiceFactory UngetService implementation threw an exception",
-                          exception);
-    };
     // Runs where a pointer is let go, so nothing may leave it.
-    try {
-        factory.UngetService(HandleAccess::bundle(use.user), HandleAccess::registration(record), use.object);
-    } catch (std::exception const& e) {
-        report(std::make_exception_ptr(ServiceException(e.what(), ServiceException::FACTORY_EXCEPTION)));
-    } catch (...) {
-        report(std::current_exception());
+    auto thrown = caughtFrom(
+        [&] { factory.UngetService(HandleAccess::bundle(use.user), HandleAccess::registration(record), use.object); });
+    if (!thrown) {
+        return;
     }
+    (void)caughtFrom([&] { thrown = asFactoryException(thrown); }); // without memory, it is told as it is
+    bool const released = reason == Reason::released;
+    m_events->publish(FrameworkEvent::FRAMEWORK_ERROR, released ? use.user : record->owner(),
+                      released ? "ServiceFactory threw an exception"
+                               : "ServiceFactory UngetService implementation threw an exception",
+                      thrown);
 }
 
 void ServiceRegistry::release(std::shared_ptr<ServiceRecord> const& record, Use const& use) noexcept
@@ -345,35 +386,37 @@ void ServiceRegistry::endUses(BundleContextPrivate& context) noexcept
     if (!user) {
         return;
     }
-    struct Ended {
-        std::shared_ptr<ServiceRecord> record;
+    Reference used;
+    do {
+        Use ended;
         std::shared_ptr<ServiceFactory> factory;
-        Use use;
-    };
-    std::vector<Ended> ended;
-    {
-        std::lock_guard<std::mutex> const lock(m_mutex);
-        context.refuseUses();
-        for (auto const& reference : m_index.usedBy(*user)) {
-            auto const& record = reference->record;
-            auto const found = record->m_uses.find(user.get());
-            auto& uses = found->second;
-            if (!uses.shared) {
-                continue;
-            }
-            uses.shared->over = true;
-            ended.push_back({record, record->m_factory, std::move(uses.shared)});
-            if (uses.empty()) {
-                record->m_uses.erase(found);
-                m_index.removeUse(*user, *record);
+        {
+            std::lock_guard<std::mutex> const lock(m_mutex);
+            context.refuseUses();
+            used = m_index.nextUsedBy(*user, used ? used->record->id() : 0);
+            if (used) {
+                ended = endSharedUse(*used->record, *user);
+                factory = used->record->m_factory;
             }
         }
-    }
-    for (auto const& each : ended) {
-        if (each.factory && each.use->object) {
-            giveBack(*each.factory, each.record, *each.use, Reason::released);
+        if (ended && ended->object && factory) {
+            giveBack(*factory, used->record, *ended, Reason::released);
+        }
+    } while (used);
+}
+
+ServiceRegistry::Use ServiceRegistry::endSharedUse(ServiceRecord& record, BundleRecord const& user)
+{
+    auto const found = record.m_uses.find(&user);
+    auto ended = std::exchange(found->second.shared, nullptr);
+    if (ended) {
+        ended->over = true;
+        if (found->second.empty()) {
+            record.m_uses.erase(found);
+            m_index.removeUse(user, record);
         }
     }
+    return ended;
 }
 
 } // namespace cppmicroservices::detail::core

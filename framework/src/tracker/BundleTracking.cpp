@@ -5,12 +5,13 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
 namespace cppmicroservices::detail {
 
-BundleTracking::BundleTracking(BundleContext context, std::uint32_t stateMask)
+BundleTracking::BundleTracking(BundleContext context, std::uint32_t stateMask) noexcept
     : m_context(std::move(context)), m_stateMask(stateMask)
 {
 }
@@ -53,7 +54,12 @@ void BundleTracking::open(std::unique_ptr<TrackedBundles::Customizer> customizer
         removeListener(items->takeListener());
         throw;
     }
-    items->addInitial(std::move(initial));
+    try {
+        items->addInitial(std::move(initial));
+    } catch (std::bad_alloc const&) {
+        close(); // so that it can be opened once more
+        throw;
+    }
 }
 
 void BundleTracking::close() noexcept
@@ -85,13 +91,18 @@ void BundleTracking::report(std::exception_ptr const& thrown) const
     }
 }
 
+void BundleTracking::reportUnanswered(std::exception_ptr const& thrown) const noexcept
+{
+    core::reportTrackerFailure(m_context, "Bundle tracker cannot tell what it tracks", thrown);
+}
+
 void BundleTracking::removeListener(ListenerToken token) const
 {
     try {
         BundleContext context = m_context;
         context.RemoveListener(std::move(token));
-    } catch (std::runtime_error const&) {
-        // The bundle has stopped, and its listeners with it.
+    } catch (std::exception const&) {
+        // The bundle has stopped, and its listeners with it. Nothing else goes wrong here.
     }
 }
 

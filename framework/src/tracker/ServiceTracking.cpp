@@ -7,6 +7,7 @@
 #include "cppmicroservices/LDAPFilter.h"
 
 #include <algorithm>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -122,7 +123,12 @@ void ServiceTracking::open(std::unique_ptr<TrackedServices::Customizer> customiz
         removeListener(items->takeListener());
         throw;
     }
-    items->addInitial(std::move(initial));
+    try {
+        items->addInitial(std::move(initial));
+    } catch (std::bad_alloc const&) {
+        closeQuietly(); // so that it can be opened once more
+        throw;
+    }
 }
 
 void ServiceTracking::close()
@@ -148,8 +154,8 @@ void ServiceTracking::removeListener(ListenerToken token) const
     try {
         BundleContext context = m_context;
         context.RemoveListener(std::move(token));
-    } catch (std::runtime_error const&) {
-        // The bundle has stopped, and its listeners with it.
+    } catch (std::exception const&) {
+        // The bundle has stopped, and its listeners with it. Nothing else goes wrong here.
     }
 }
 

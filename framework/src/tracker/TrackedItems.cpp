@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <thread>
 #include <utility>
 
 namespace cppmicroservices::detail {
@@ -28,7 +29,8 @@ bool mayStillGo(Bundle const&)
 
 } // namespace
 
-/// Notes the calling thread while it is in a call by the listener.
+/// A call by the listener, known to the items while it lasts. It lies on the stack of its thread, so that hearing of an
+/// event needs no memory.
 template <class Item, class Event>
 class TrackedItems<Item, Event>::ListenerCall {
 public:
@@ -36,7 +38,7 @@ public:
     {
         std::lock_guard<std::mutex> const lock(m_items.m_mutex);
         if (!m_items.m_closed) {
-            m_items.m_callers.push_back(std::this_thread::get_id());
+            m_outer = std::exchange(m_items.m_calls, this);
             m_entered = true;
         }
     }
@@ -50,17 +52,31 @@ public:
             return;
         }
         std::lock_guard<std::mutex> const lock(m_items.m_mutex);
-        auto& callers = m_items.m_callers;
-        callers.erase(std::find(callers.begin(), callers.end(), std::this_thread::get_id()));
-        if (callers.empty()) {
+        auto** at = &m_items.m_calls;
+        while (*at != this) {
+            at = &(*at)->m_outer;
+        }
+        *at = m_outer;
+        if (m_items.m_calls == nullptr) {
             m_items.m_changed.notify_all();
         }
     }
 
     explicit operator bool() const { return m_entered; }
 
+    /// Whether one of the chain that begins with `first` is of this thread.
+    static bool anyIsOfThisThread(ListenerCall const* first)
+    {
+        while (first != nullptr && first->m_thread != std::this_thread::get_id()) {
+            first = first->m_outer;
+        }
+        return first != nullptr;
+    }
+
 private:
     TrackedItems& m_items;
+    std::thread::id const m_thread = std::this_thread::get_id();
+    ListenerCall* m_outer = nullptr;
     bool m_entered = false;
 };
 
@@ -88,10 +104,11 @@ void TrackedItems<Item, Event>::addInitial(std::vector<Item> items)
     for (auto const& item : items) {
         {
             std::lock_guard<std::mutex> const lock(m_mutex);
-            if (m_closed || m_initial.erase(item) == 0) {
+            if (m_closed || m_initial.count(item) == 0) {
                 continue; // closed, or an event was quicker
             }
             m_adding.insert(item);
+            m_initial.erase(item);
         }
         try {
             add(item, Event());
@@ -135,9 +152,10 @@ void TrackedItems<Item, Event>::came(Item const& item, Event const& event)
             object = found->second.object;
             ++m_changes;
         } else {
+            bool const isNew = m_adding.insert(item).second;
             m_initial.erase(item);
             m_gone.erase(item);
-            if (!m_adding.insert(item).second) {
+            if (!isNew) {
                 return; // the customizer looks at it already
             }
         }
@@ -161,6 +179,7 @@ void TrackedItems<Item, Event>::add(Item const& item, Event const& event)
         throw;
     }
     bool overtaken = false;
+    std::exception_ptr noMemory;
     {
         std::lock_guard<std::mutex> const lock(m_mutex);
         bool const stayed = m_adding.erase(item) == 1;
@@ -169,13 +188,18 @@ void TrackedItems<Item, Event>::add(Item const& item, Event const& event)
         }
         overtaken = !stayed || m_closed;
         if (!overtaken) {
-            m_tracked.emplace(item, Tracked{object, m_added++});
+            noMemory = core::caughtFrom([&] { m_tracked.emplace(item, Tracked{object, m_added++}); });
+        }
+        if (!overtaken && !noMemory) {
             ++m_changes;
             m_changed.notify_all(); // who waits for a service wants one that is there
         }
     }
-    if (overtaken) {
+    if (overtaken || noMemory) {
         m_customizer->removed(item, event, object);
+        if (noMemory) {
+            std::rethrow_exception(noMemory);
+        }
     } else if (!mayStillGo(item)) {
         remove(item, event); // the event of its going came before that of its coming, from another thread
     }
@@ -189,7 +213,8 @@ void TrackedItems<Item, Event>::remove(Item const& item, Event const& event)
     {
         std::lock_guard<std::mutex> const lock(m_mutex);
         if (!m_knowsInitial) {
-            m_gone.insert(item);
+            // Without memory for it, the item is found to be gone after it was added.
+            (void)core::caughtFrom([&] { m_gone.insert(item); });
         }
         if (m_initial.erase(item) != 0 || m_adding.erase(item) != 0) {
             return;
@@ -239,9 +264,8 @@ template <class Item, class Event>
 void TrackedItems<Item, Event>::awaitListener()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    auto const self = std::this_thread::get_id();
-    if (std::find(m_callers.begin(), m_callers.end(), self) == m_callers.end()) {
-        m_changed.wait(lock, [this] { return m_callers.empty(); });
+    if (!ListenerCall::anyIsOfThisThread(m_calls)) {
+        m_changed.wait(lock, [this] { return m_calls == nullptr; });
     }
 }
 
@@ -249,9 +273,17 @@ template <class Item, class Event>
 void TrackedItems<Item, Event>::removeAll(Event const& event)
 {
     std::exception_ptr first;
-    for (auto const& entry : entries()) {
-        auto const thrown = core::caughtFrom([&] { remove(entry.item, event); });
+    auto const removeOne = [&](Item const& item) {
+        auto const thrown = core::caughtFrom([&] { remove(item, event); });
         first = first ? first : thrown;
+    };
+    (void)core::caughtFrom([&] {
+        for (auto const& entry : entries()) {
+            removeOne(entry.item);
+        }
+    });
+    while (auto const item = lastAdded()) { // there was no memory for a list of all
+        removeOne(*item);
     }
     if (first) {
         std::rethrow_exception(first);
@@ -305,6 +337,15 @@ std::vector<typename TrackedItems<Item, Event>::Entry> TrackedItems<Item, Event>
         result.push_back(std::move(entry.second));
     }
     return result;
+}
+
+template <class Item, class Event>
+std::optional<Item> TrackedItems<Item, Event>::lastAdded() const
+{
+    std::lock_guard<std::mutex> const lock(m_mutex);
+    auto const last = std::max_element(m_tracked.begin(), m_tracked.end(),
+                                       [](auto const& a, auto const& b) { return a.second.number < b.second.number; });
+    return last != m_tracked.end() ? std::optional<Item>(last->first) : std::nullopt;
 }
 
 template <class Item, class Event>

@@ -7,7 +7,7 @@
 
 namespace cppmicroservices::detail::core {
 
-void reportTrackerFailure(BundleContext const& context, std::string const& message, std::exception_ptr const& exception)
+void reportTrackerFailure(BundleContext const& context, char const* message, std::exception_ptr const& exception)
 {
     auto const& run = HandleAccess::run(context);
     auto const core = run ? run->core() : nullptr;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <exception>
-#include <string>
 
 namespace cppmicroservices {
 
@@ -10,8 +9,7 @@ class BundleContext;
 namespace detail::core {
 
 /// Sends a framework event of type ERROR, for what cannot be thrown. Without effect when the framework is gone.
-void reportTrackerFailure(BundleContext const& context, std::string const& message,
-                          std::exception_ptr const& exception);
+void reportTrackerFailure(BundleContext const& context, char const* message, std::exception_ptr const& exception);
 
 } // namespace detail::core
 } // namespace cppmicroservices

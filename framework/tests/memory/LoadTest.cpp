@@ -1,5 +1,5 @@
 // Memory that fails while a bundle's library is loaded.
-#include "support/AllocationFault.h"
+#include "support/FailingMemory.h"
 #include "support/TestBundles.h"
 
 #include <cppmicroservices/Bundle.h>
@@ -9,21 +9,22 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <exception>
 
 namespace {
 
 using namespace cppmicroservices;
-using ostrel::test::AllocationFault;
+using ostrel::test::FailingMemory;
 
 /// Whether the n-th allocation of the bundle's start failed; the bundle is started once more if it did not start.
-bool startTwice(Bundle& bundle, long n)
+bool startTwice(Bundle& bundle, std::size_t n)
 {
     bool struck = false;
     try {
-        AllocationFault fault(n);
+        FailingMemory const failing(n);
         bundle.Start();
-        struck = fault.struck();
+        struck = FailingMemory::hasFailed();
     } catch (std::exception const&) {
         struck = true;
         bundle.Start();
@@ -33,7 +34,7 @@ bool startTwice(Bundle& bundle, long n)
 
 TEST(Load, thatFailedOnceIsDoneAgain)
 {
-    for (long n = 1;; ++n) {
+    for (std::size_t n = 1;; ++n) {
         auto framework = FrameworkFactory().NewFramework();
         framework.Start();
         auto const location = ostrel::test::testBundle("alpha").string();

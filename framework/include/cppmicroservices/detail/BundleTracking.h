@@ -15,7 +15,7 @@ namespace cppmicroservices::detail {
 /// The part of a BundleTracker that does not depend on its type: which bundles, opening, closing.
 class US_Framework_EXPORT BundleTracking {
 public:
-    BundleTracking(BundleContext context, std::uint32_t stateMask);
+    BundleTracking(BundleContext context, std::uint32_t stateMask) noexcept;
 
     /// Tracks from now on; without effect when it does already.
     ///
@@ -29,6 +29,9 @@ public:
 
     /// Takes a bundle out; what the customizer throws becomes a framework event.
     void remove(Bundle const& bundle) noexcept;
+
+    /// Sends a framework event for a question to which there was no answer.
+    void reportUnanswered(std::exception_ptr const& thrown) const noexcept;
 
     /// What is tracked since the last opening; null before the first.
     std::shared_ptr<TrackedBundles> items() const;

@@ -10,7 +10,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <thread>
+#include <optional>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -57,7 +57,7 @@ public:
     /// Takes what was there when the tracker was opened, and adds it one by one. To be called once, when the listener
     /// is in place: what went since then is left out, and so is what came by an event already.
     ///
-    /// @throws what the customizer throws; the rest is not added then
+    /// @throws what the customizer throws, or std::bad_alloc; the rest is not added then
     void addInitial(std::vector<Item> items);
 
     // Called by the listener; without effect once the tracking is closed.
@@ -81,7 +81,8 @@ public:
     /// Waits until no other thread is in a call by the listener; at once in such a call itself, which could not end.
     void awaitListener();
 
-    /// Takes out everything and tells the customizer. What it throws is kept until all are out.
+    /// Takes out everything and tells the customizer. What it throws is kept until all are out. Without memory, each
+    /// item is looked for among all.
     ///
     /// @throws the first exception of the customizer
     void removeAll(Event const& event);
@@ -117,6 +118,9 @@ private:
     };
     class ListenerCall;
 
+    /// The item that was added last, if there is one. Needs no memory.
+    std::optional<Item> lastAdded() const;
+
     void came(Item const& item, Event const& event);
     void add(Item const& item, Event const& event);
 
@@ -125,10 +129,10 @@ private:
     mutable std::mutex m_mutex; // guards what follows
     mutable std::condition_variable m_changed;
     std::unordered_map<Item, Tracked> m_tracked;
-    std::unordered_set<Item> m_adding;      // the customizer makes their objects
-    std::unordered_set<Item> m_initial;     // not yet added
-    std::unordered_set<Item> m_gone;        // before the initial ones were known
-    std::vector<std::thread::id> m_callers; // in calls by the listener; a thread once for each
+    std::unordered_set<Item> m_adding;  // the customizer makes their objects
+    std::unordered_set<Item> m_initial; // not yet added
+    std::unordered_set<Item> m_gone;    // before the initial ones were known
+    ListenerCall* m_calls = nullptr;    // calls by the listener that are under way, as a chain
     ListenerToken m_listener;
     std::uint64_t m_changes = 0;
     std::uint64_t m_added = 0;
