@@ -7,8 +7,9 @@ ln -s "$4" "$tree/build/dev/examples/bundles"
 
 dev demo || fail "the demo failed"
 expect_lines "With language=en these bundles started: text_dashes, text_pipeline, text_quotes_english, text_spacing, \
-text_spelling.
-With language=de these bundles started: text_dashes, text_pipeline, text_quotes_german, text_spacing.
+text_spelling, text_statistics.
+With language=de these bundles started: text_dashes, text_pipeline, text_quotes_german, text_spacing, \
+text_statistics.
 The two sets differ: only language=en started text_quotes_english, text_spelling, and only language=de started \
 text_quotes_german."
 
