@@ -1,5 +1,5 @@
 # What `cmake --install` gives: headers, libraries, programs and a relocatable CMake package. Paths between installed
-# files are relative everywhere, so the prefix may be moved.
+# files are relative everywhere, so the prefix may be moved. The build tree gets a package of the same kind.
 include(CMakePackageConfigHelpers)
 
 set(OSTREL_INSTALL_CMAKEDIR "${CMAKE_INSTALL_LIBDIR}/cmake/ostrel_us_container")
@@ -47,14 +47,14 @@ if(OSTREL_FRAMEWORK_TAKEN STREQUAL "embedded")
     FILE ostrel_frameworkTargets.cmake
     NAMESPACE ostrel::
     DESTINATION "${OSTREL_INSTALL_FRAMEWORK_CMAKEDIR}")
-  install(FILES
+  set(framework_files
     "${PROJECT_SOURCE_DIR}/cmake/framework/CppMicroServicesConfig.cmake"
     "${PROJECT_SOURCE_DIR}/cmake/framework/CppMicroServicesConfigVersion.cmake"
     "${PROJECT_SOURCE_DIR}/cmake/framework/OstrelEmbeddedFramework.cmake"
     "${PROJECT_SOURCE_DIR}/cmake/OstrelBundleArchive.cmake"
     "${PROJECT_SOURCE_DIR}/cmake/OstrelBundleArchive.cpp.in"
-    "${PROJECT_SOURCE_DIR}/cmake/OstrelResourceFunctions.cmake"
-    DESTINATION "${OSTREL_INSTALL_FRAMEWORK_CMAKEDIR}")
+    "${PROJECT_SOURCE_DIR}/cmake/OstrelResourceFunctions.cmake")
+  install(FILES ${framework_files} DESTINATION "${OSTREL_INSTALL_FRAMEWORK_CMAKEDIR}")
 else()
   install(TARGETS ostrel_framework EXPORT ostrel_us_container-targets)
 endif()
@@ -74,18 +74,32 @@ install(EXPORT ostrel_us_container-targets
   FILE ostrel_us_containerTargets.cmake
   NAMESPACE ostrel::
   DESTINATION "${OSTREL_INSTALL_CMAKEDIR}")
-configure_package_config_file(
-  "${PROJECT_SOURCE_DIR}/cmake/ostrel_us_containerConfig.cmake.in"
-  "${PROJECT_BINARY_DIR}/ostrel_us_containerConfig.cmake"
-  INSTALL_DESTINATION "${OSTREL_INSTALL_CMAKEDIR}"
-  NO_CHECK_REQUIRED_COMPONENTS_MACRO)
-write_basic_package_version_file(
-  "${PROJECT_BINARY_DIR}/ostrel_us_containerConfigVersion.cmake"
-  COMPATIBILITY SameMajorVersion)
-install(FILES
-  "${PROJECT_BINARY_DIR}/ostrel_us_containerConfig.cmake"
-  "${PROJECT_BINARY_DIR}/ostrel_us_containerConfigVersion.cmake"
-  DESTINATION "${OSTREL_INSTALL_CMAKEDIR}")
+
+# The build tree has the same package, in folders named as those of an installation. What the two share is made or
+# copied there, and installed from there; where the targets' files lie is what each says by itself.
+set(package "${PROJECT_BINARY_DIR}/lib/cmake/ostrel_us_container")
+set(package_files ostrel_us_containerConfig.cmake ostrel_us_containerConfigVersion.cmake)
+configure_file("${PROJECT_SOURCE_DIR}/cmake/ostrel_us_containerConfig.cmake.in"
+  "${package}/ostrel_us_containerConfig.cmake" @ONLY)
+write_basic_package_version_file("${package}/ostrel_us_containerConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+# Whoever names the build tree itself, as ostrel_us_container_DIR does, comes there too.
+foreach(file IN LISTS package_files)
+  file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/${file}" @ONLY
+    CONTENT "include(\"\${CMAKE_CURRENT_LIST_DIR}/lib/cmake/ostrel_us_container/@file@\")\n")
+endforeach()
 # ostrel_add_bundle() with the files that it reads.
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/cmake/" DESTINATION "${OSTREL_INSTALL_CMAKEDIR}"
-  FILES_MATCHING PATTERN "OstrelAddBundle.cmake" PATTERN "OstrelBundle*" PATTERN "framework" EXCLUDE)
+foreach(file OstrelAddBundle.cmake OstrelBundleArchive.cmake OstrelBundleArchive.cpp.in OstrelBundleInit.cpp.in)
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/${file}" "${package}/${file}" COPYONLY)
+  list(APPEND package_files ${file})
+endforeach()
+list(TRANSFORM package_files PREPEND "${package}/")
+install(FILES ${package_files} DESTINATION "${OSTREL_INSTALL_CMAKEDIR}")
+export(EXPORT ostrel_us_container-targets NAMESPACE ostrel:: FILE "${package}/ostrel_us_containerTargets.cmake")
+if(OSTREL_FRAMEWORK_TAKEN STREQUAL "embedded")
+  set(package "${PROJECT_BINARY_DIR}/lib/cmake/ostrel_framework")
+  foreach(file IN LISTS framework_files)
+    cmake_path(GET file FILENAME name)
+    configure_file("${file}" "${package}/${name}" COPYONLY)
+  endforeach()
+  export(EXPORT ostrel_framework-targets NAMESPACE ostrel:: FILE "${package}/ostrel_frameworkTargets.cmake")
+endif()

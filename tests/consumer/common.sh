@@ -20,6 +20,7 @@ configure() {
 }
 
 # expect_error TEXT SOURCE BUILD [OPTION...]: the configure step must fail and say TEXT, however its lines are wrapped.
+# What it says is left in $scratch/error.
 expect_error() {
     local text=$1 log
     shift
@@ -27,6 +28,7 @@ expect_error() {
         printf '%s\n' "$log"
         fail "this should not have been configured: $*"
     fi
+    printf '%s\n' "$log" >"$scratch/error"
     if [[ "$(tr -s ' \n' ' ' <<<"$log")" != *"$text"* ]]; then
         printf '%s\n' "$log"
         fail "the error does not say: $text"

@@ -28,3 +28,8 @@ log=$(configure "$source_dir" "$build" -DOSTREL_FRAMEWORK=auto -DCMAKE_DISABLE_F
     fail "$log"
 grep -E "^-- Framework: embedded, from .* \(no installed CppMicroServices 3.8.4 found\)" <<<"$log" ||
     fail "no line about the framework: $log"
+
+# A tree without a fault is configured without a warning, fixtures with planned faults included.
+log=$(configure "$source_dir" "$build" --no-warn-unused-cli -DBUILD_TESTING=ON -DOSTREL_FRAMEWORK="$framework" \
+    -DCMAKE_DISABLE_FIND_PACKAGE_{CppMicroServices,GTest}=OFF 2>&1) || fail "$log"
+! grep -A 12 -E '^CMake .*Warning' <<<"$log" || fail "the configure step warns"
