@@ -1,6 +1,5 @@
 #include "platform/BundleFileCheck.h"
 
-#include "bundle_reader/BundleFile.h"
 #include "bundle_reader/elf/FrameworkNeeded.h"
 #include "platform/InstallError.h"
 #include "platform/ManifestCheck.h"
@@ -25,7 +24,9 @@ std::string quoted(const std::string& text)
     return "'" + text + "'";
 }
 
-Contents readFile(const std::string& path)
+/// Calls `otherwise(error)` when the file cannot be read.
+template <class Otherwise>
+auto read(const std::string& path, Otherwise otherwise) -> decltype(otherwise(std::system_error{{}}))
 {
     try {
         return bundle_reader::read(path);
@@ -33,8 +34,7 @@ Contents readFile(const std::string& path)
         if (error.code() == std::errc::not_enough_memory) {
             throw std::bad_alloc{};
         }
-        failInstall(quoted(path) + " cannot be read: " + error.code().message() +
-                    "; check the file and its permissions");
+        return otherwise(error);
     }
 }
 
@@ -115,9 +115,21 @@ BundleIdentity identityOf(const std::string& path, const Folder& folder)
 
 } // namespace
 
-std::vector<BundleIdentity> bundlesIn(const std::string& path, FileRole role)
+Contents readBundleFile(const std::string& path)
 {
-    const Contents contents = readFile(path);
+    return read(path, [&path](const std::system_error& error) -> Contents {
+        failInstall(quoted(path) + " cannot be read: " + error.code().message() +
+                    "; check the file and its permissions");
+    });
+}
+
+std::optional<Contents> readIfFile(const std::string& path)
+{
+    return read(path, [](const std::system_error&) -> std::optional<Contents> { return std::nullopt; });
+}
+
+std::vector<BundleIdentity> bundlesIn(const std::string& path, const Contents& contents, FileRole role)
+{
     refuseBroken(path, contents);
 
     const std::string why = whyNoBundle(path, contents);

@@ -66,13 +66,15 @@ public:
         }
     }
 
-    void install(const std::string& path, FileRole role)
+    /// @param locationOf(path) gives the location; asked only for a file that holds bundles
+    template <typename LocationOf>
+    void install(const std::string& path, const bundle_reader::Contents& contents, FileRole role, LocationOf locationOf)
     {
-        const auto identities = bundlesIn(path, role);
+        const auto identities = bundlesIn(path, contents, role);
         if (identities.empty()) {
             return;
         }
-        for (const Bundle& bundle : installFile(path, canonical(path), identities)) {
+        for (const Bundle& bundle : installFile(path, locationOf(path), identities)) {
             if (m_returned.insert(bundle.GetBundleId()).second) {
                 m_bundles.push_back(bundle);
             }
@@ -149,17 +151,33 @@ std::vector<Bundle> installBundles(BundleContext context, const Utf16Path& path)
     Installation installation{std::move(context)};
 
     const std::string name = narrow(path);
+    // Mostly a file is asked for, and reading it tells that it is one. All else is told by the status.
+    if (const auto contents = readIfFile(name)) {
+        installation.install(name, *contents, FileRole::named, canonical);
+        return installation.take();
+    }
     struct stat status {};
     if (::stat(name.c_str(), &status) != 0) {
         failToRead(name, errno);
     }
     if (S_ISDIR(status.st_mode)) {
         const std::string prefix = name.back() == '/' ? name : name + '/';
-        for (const std::string& file : regularFiles(name)) {
-            installation.install(prefix + file, FileRole::listed);
+        std::optional<std::string> canonicalPrefix;
+        for (const RegularFile& file : regularFiles(name)) {
+            const std::string filePath = prefix + file.name;
+            installation.install(filePath, readBundleFile(filePath), FileRole::listed, [&](const std::string& ofFile) {
+                if (!file.isKnownNoLink) {
+                    return canonical(ofFile);
+                }
+                if (!canonicalPrefix) {
+                    canonicalPrefix = canonical(name);
+                    canonicalPrefix->append(canonicalPrefix->back() == '/' ? "" : "/");
+                }
+                return *canonicalPrefix + file.name;
+            });
         }
     } else if (S_ISREG(status.st_mode)) {
-        installation.install(name, FileRole::named);
+        installation.install(name, readBundleFile(name), FileRole::named, canonical);
     } else {
         failInstall("'" + name + "' is neither a directory nor a file; give the path of one");
     }

@@ -28,10 +28,18 @@ bool isRegularFile(const std::string& path)
     return false;
 }
 
+/// Without this permission nothing in the directory can be opened. Each entry is asked for its status then, and the
+/// first one that cannot be told is the error.
+bool maySearch(const std::string& directoryWithSlash)
+{
+    struct stat status {};
+    return ::stat((directoryWithSlash + '.').c_str(), &status) == 0;
+}
+
 } // namespace
 
 // Not std::filesystem::directory_iterator: it allocates in functions that must not throw.
-std::vector<std::string> regularFiles(const std::string& directory)
+std::vector<RegularFile> regularFiles(const std::string& directory)
 {
     const std::unique_ptr<DIR, Close> stream{::opendir(directory.c_str())};
     if (!stream) {
@@ -39,7 +47,8 @@ std::vector<std::string> regularFiles(const std::string& directory)
     }
     std::string path = directory.back() == '/' ? directory : directory + '/';
     const std::size_t prefix = path.size();
-    std::vector<std::string> names;
+    const bool kindsAreEnough = maySearch(path);
+    std::vector<RegularFile> files;
     for (;;) {
         errno = 0;
         const dirent* const entry = ::readdir(stream.get());
@@ -50,13 +59,17 @@ std::vector<std::string> regularFiles(const std::string& directory)
             break;
         }
         const std::string_view name{entry->d_name};
+        if (name == "." || name == "..") {
+            continue;
+        }
+        const bool isKnown = kindsAreEnough && entry->d_type != DT_UNKNOWN && entry->d_type != DT_LNK;
         path.replace(prefix, std::string::npos, name);
-        if (name != "." && name != ".." && isRegularFile(path)) {
-            names.emplace_back(name);
+        if (isKnown ? entry->d_type == DT_REG : isRegularFile(path)) {
+            files.push_back({std::string{name}, isKnown});
         }
     }
-    std::sort(names.begin(), names.end());
-    return names;
+    std::sort(files.begin(), files.end(), [](const RegularFile& a, const RegularFile& b) { return a.name < b.name; });
+    return files;
 }
 
 } // namespace ostrel::platform
