@@ -48,6 +48,12 @@ inline constexpr ElfField sectionOffset = OSTREL_ELF_FIELD(Shdr, sh_offset);
 inline constexpr ElfField sectionSize = OSTREL_ELF_FIELD(Shdr, sh_size);
 inline constexpr ElfField sectionLink = OSTREL_ELF_FIELD(Shdr, sh_link);
 inline constexpr ElfField sectionInfo = OSTREL_ELF_FIELD(Shdr, sh_info);
+inline constexpr ElfField sectionRecordSize = OSTREL_ELF_FIELD(Shdr, sh_entsize);
+
+inline constexpr ElfField symbolName = OSTREL_ELF_FIELD(Sym, st_name);
+inline constexpr ElfField symbolInfo = OSTREL_ELF_FIELD(Sym, st_info);
+inline constexpr ElfField symbolOther = OSTREL_ELF_FIELD(Sym, st_other);
+inline constexpr ElfField symbolSection = OSTREL_ELF_FIELD(Sym, st_shndx);
 
 inline constexpr ElfField dynamicTag = OSTREL_ELF_FIELD(Dyn, d_tag);
 inline constexpr ElfField dynamicValue = OSTREL_ELF_FIELD(Dyn, d_un);
@@ -66,5 +72,6 @@ inline constexpr ElfRecord elfHeader{sizeof(Elf64_Ehdr), sizeof(Elf32_Ehdr)};
 inline constexpr ElfRecord elfSegment{sizeof(Elf64_Phdr), sizeof(Elf32_Phdr)};
 inline constexpr ElfRecord elfSection{sizeof(Elf64_Shdr), sizeof(Elf32_Shdr)};
 inline constexpr ElfRecord elfDynamic{sizeof(Elf64_Dyn), sizeof(Elf32_Dyn)};
+inline constexpr ElfRecord elfSymbol{sizeof(Elf64_Sym), sizeof(Elf32_Sym)};
 
 } // namespace ostrel::bundle_reader

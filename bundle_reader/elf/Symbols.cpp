@@ -1,6 +1,6 @@
 #include "bundle_reader/elf/Symbols.h"
 
-#include "bundle_reader/file/ByteWindow.h"
+#include "bundle_reader/elf/ElfNumbers.h"
 #include "bundle_reader/file/FileBytes.h"
 
 #include <algorithm>
@@ -13,14 +13,10 @@
 namespace ostrel::bundle_reader {
 namespace {
 
-constexpr std::uint64_t window = 65536;
+constexpr std::uint64_t window = 65536; // of names
 
 struct Section {
     std::uint64_t type, link, offset, size, entrySize;
-};
-
-struct Symbol {
-    std::uint64_t name, info, other, section;
 };
 
 class SymbolReader {
@@ -31,22 +27,19 @@ public:
 
 private:
     [[noreturn]] void fail(const char* what) const { throw std::runtime_error{m_path + ": " + what}; }
+    [[noreturn]] void failPastEnd() const { fail("a table reaches past the end of the file"); }
     std::string bytes(std::uint64_t offset, std::uint64_t length) const;
-    std::uint64_t number(std::string_view from, std::uint64_t offset, std::size_t width) const
-    {
-        return numberAt(from, offset, width, m_order);
-    }
+    std::uint64_t number(std::uint64_t record, const ElfField& field);
     void readHeader();
-    Section sectionAt(std::uint64_t index) const;
-    std::optional<Section> dynamicSymbols() const;
+    Section sectionAt(std::uint64_t index);
+    std::optional<Section> dynamicSymbols();
     std::set<std::uint64_t> findNames(const Section& names, std::string_view prefix) const;
-    Symbol symbolIn(std::string_view entry) const;
+    bool isExported(std::uint64_t symbol);
     std::string nameAt(const Section& names, std::uint64_t offset) const;
 
     std::string m_path;
     FileBytes m_file;
-    bool m_wide = false;
-    ByteOrder m_order = ByteOrder::little;
+    ElfNumbers m_numbers{m_file};
     std::uint64_t m_sections = 0; // where their table begins
     std::uint64_t m_sectionSize = 0;
     std::uint64_t m_sectionCount = 0;
@@ -57,29 +50,30 @@ std::string SymbolReader::bytes(std::uint64_t offset, std::uint64_t length) cons
     std::string read =
         fits(m_file.size(), offset, length) ? m_file.text(offset, static_cast<std::size_t>(length)) : std::string{};
     if (read.size() != length) {
-        fail("a table reaches past the end of the file");
+        failPastEnd();
     }
     return read;
 }
 
+std::uint64_t SymbolReader::number(std::uint64_t record, const ElfField& field)
+{
+    if (!m_numbers.has(record, field)) {
+        failPastEnd();
+    }
+    return m_numbers.number(record, field);
+}
+
 void SymbolReader::readHeader()
 {
-    const std::string mark = m_file.text(0, EI_NIDENT);
-    const bool isElf = mark.size() == EI_NIDENT && mark.compare(0, SELFMAG, ELFMAG) == 0 &&
-                       (mark[EI_CLASS] == ELFCLASS32 || mark[EI_CLASS] == ELFCLASS64) &&
-                       (mark[EI_DATA] == ELFDATA2LSB || mark[EI_DATA] == ELFDATA2MSB);
-    if (!isElf) {
+    if (m_file.text(0, SELFMAG) != ELFMAG || m_file.size() < EI_NIDENT || !m_numbers.known()) {
         fail("this is no ELF file");
     }
-    m_wide = mark[EI_CLASS] == ELFCLASS64;
-    m_order = mark[EI_DATA] == ELFDATA2MSB ? ByteOrder::big : ByteOrder::little;
-    const std::string header = bytes(0, m_wide ? sizeof(Elf64_Ehdr) : sizeof(Elf32_Ehdr));
-    m_sections = m_wide ? number(header, 40, 8) : number(header, 32, 4);
-    m_sectionSize = number(header, m_wide ? 58 : 46, 2);
-    m_sectionCount = number(header, m_wide ? 60 : 48, 2);
+    m_sections = number(0, elf::sectionTable);
+    m_sectionSize = number(0, elf::sectionEntrySize);
+    m_sectionCount = number(0, elf::sectionCount);
     if (m_sections == 0) {
         m_sectionCount = 0;
-    } else if (m_sectionSize < (m_wide ? sizeof(Elf64_Shdr) : sizeof(Elf32_Shdr))) {
+    } else if (m_sectionSize < m_numbers.sizeOf(elfSection)) {
         fail("the section header table has entries that are too small");
     } else if (m_sectionCount == 0) {
         // A count too big for the header stands in the first section.
@@ -87,21 +81,17 @@ void SymbolReader::readHeader()
     }
 }
 
-Section SymbolReader::sectionAt(std::uint64_t index) const
+Section SymbolReader::sectionAt(std::uint64_t index)
 {
     if (index > m_file.size()) { // so that the product does not overflow
-        fail("a table reaches past the end of the file");
+        failPastEnd();
     }
-    const std::string entry = bytes(m_sections + index * m_sectionSize, m_sectionSize);
-    if (m_wide) {
-        return {number(entry, 4, 4), number(entry, 40, 4), number(entry, 24, 8), number(entry, 32, 8),
-                number(entry, 56, 8)};
-    }
-    return {number(entry, 4, 4), number(entry, 24, 4), number(entry, 16, 4), number(entry, 20, 4),
-            number(entry, 36, 4)};
+    const std::uint64_t section = m_sections + index * m_sectionSize;
+    return {number(section, elf::sectionType), number(section, elf::sectionLink), number(section, elf::sectionOffset),
+            number(section, elf::sectionSize), number(section, elf::sectionRecordSize)};
 }
 
-std::optional<Section> SymbolReader::dynamicSymbols() const
+std::optional<Section> SymbolReader::dynamicSymbols()
 {
     for (std::uint64_t index = 0; index < m_sectionCount; ++index) {
         const Section section = sectionAt(index);
@@ -127,19 +117,12 @@ std::set<std::uint64_t> SymbolReader::findNames(const Section& names, std::strin
     return found;
 }
 
-Symbol SymbolReader::symbolIn(std::string_view entry) const
+bool SymbolReader::isExported(std::uint64_t symbol)
 {
-    if (m_wide) {
-        return {number(entry, 0, 4), number(entry, 4, 1), number(entry, 5, 1), number(entry, 6, 2)};
-    }
-    return {number(entry, 0, 4), number(entry, 12, 1), number(entry, 13, 1), number(entry, 14, 2)};
-}
-
-bool isExported(const Symbol& symbol)
-{
-    const std::uint64_t binding = symbol.info >> 4U;
-    const std::uint64_t visibility = symbol.other & 3U;
-    return symbol.section != SHN_UNDEF && (binding == STB_GLOBAL || binding == STB_WEAK || binding == STB_GNU_UNIQUE) &&
+    const std::uint64_t binding = number(symbol, elf::symbolInfo) >> 4U;
+    const std::uint64_t visibility = number(symbol, elf::symbolOther) & 3U;
+    return number(symbol, elf::symbolSection) != SHN_UNDEF &&
+           (binding == STB_GLOBAL || binding == STB_WEAK || binding == STB_GNU_UNIQUE) &&
            (visibility == STV_DEFAULT || visibility == STV_PROTECTED);
 }
 
@@ -156,31 +139,26 @@ std::vector<std::string> SymbolReader::read(std::string_view prefix)
     if (!symbols) {
         return {};
     }
-    const std::uint64_t entrySize = m_wide ? sizeof(Elf64_Sym) : sizeof(Elf32_Sym);
+    const std::uint64_t entrySize = m_numbers.sizeOf(elfSymbol);
     if (symbols->entrySize != entrySize || symbols->link >= m_sectionCount) {
         fail("the table of dynamic symbols contradicts itself");
     }
     const Section names = sectionAt(symbols->link);
     if (!fits(m_file.size(), names.offset, names.size) || !fits(m_file.size(), symbols->offset, symbols->size)) {
-        fail("a table reaches past the end of the file");
+        failPastEnd();
     }
     const auto wanted = findNames(names, prefix);
     if (wanted.empty()) {
         return {};
     }
     std::set<std::string> found;
-    const std::uint64_t perWindow = window / entrySize;
-    for (std::uint64_t left = symbols->size / entrySize, offset = symbols->offset; left != 0;) {
-        const std::uint64_t count = std::min(left, perWindow);
-        const std::string part = bytes(offset, count * entrySize);
-        for (std::uint64_t i = 0; i < count; ++i) {
-            const Symbol symbol = symbolIn(std::string_view{part}.substr(i * entrySize, entrySize));
-            if (isExported(symbol) && wanted.count(symbol.name) != 0) {
-                found.insert(nameAt(names, symbol.name));
-            }
+    const std::uint64_t count = symbols->size / entrySize;
+    for (std::uint64_t i = 0; i < count; ++i) {
+        const std::uint64_t symbol = symbols->offset + i * entrySize;
+        const std::uint64_t name = number(symbol, elf::symbolName);
+        if (wanted.count(name) != 0 && isExported(symbol)) {
+            found.insert(nameAt(names, name));
         }
-        left -= count;
-        offset += count * entrySize;
     }
     return {found.begin(), found.end()};
 }
