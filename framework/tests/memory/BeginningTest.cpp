@@ -6,7 +6,6 @@
 #include <cppmicroservices/FrameworkEvent.h>
 #include <cppmicroservices/FrameworkFactory.h>
 #include <cppmicroservices/LDAPFilter.h>
-#include <cppmicroservices/PrototypeServiceFactory.h>
 #include <cppmicroservices/ServiceObjects.h>
 
 #include <gtest/gtest.h>
@@ -21,30 +20,6 @@ namespace {
 
 using namespace cppmicroservices;
 using namespace ostrel::test;
-
-struct RealTool final : Tool {};
-
-/// Counts in the world what it has given out.
-class Lender final : public PrototypeServiceFactory {
-public:
-    explicit Lender(World& world) : m_world(world) {}
-
-    InterfaceMapConstPtr GetService(Bundle const&, ServiceRegistrationBase const&) override
-    {
-        UncountedMemory const ofFactory; // what a factory throws is an event, and no object
-        InterfaceMapConstPtr object = MakeInterfaceMap<Tool>(std::make_shared<RealTool>());
-        ++m_world.lent;
-        return object;
-    }
-
-    void UngetService(Bundle const&, ServiceRegistrationBase const&, InterfaceMapConstPtr const&) override
-    {
-        --m_world.lent;
-    }
-
-private:
-    World& m_world;
-};
 
 ServiceProperties ranked(int ranking)
 {

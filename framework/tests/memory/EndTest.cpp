@@ -1,9 +1,7 @@
 // Memory that fails while something comes to its end: what is told to stop has to stop.
 #include "memory/World.h"
-#include "support/FailingMemory.h"
 
 #include <cppmicroservices/FrameworkEvent.h>
-#include <cppmicroservices/ServiceFactory.h>
 
 #include <gtest/gtest.h>
 
@@ -14,30 +12,6 @@ namespace {
 
 using namespace cppmicroservices;
 using namespace ostrel::test;
-
-struct RealTool final : Tool {};
-
-/// Counts in the world what it has given out.
-class Lender final : public ServiceFactory {
-public:
-    explicit Lender(World& world) : m_world(world) {}
-
-    InterfaceMapConstPtr GetService(Bundle const&, ServiceRegistrationBase const&) override
-    {
-        UncountedMemory const ofFactory; // what a factory throws is an event, and no object
-        InterfaceMapConstPtr object = MakeInterfaceMap<Tool>(std::make_shared<RealTool>());
-        ++m_world.lent;
-        return object;
-    }
-
-    void UngetService(Bundle const&, ServiceRegistrationBase const&, InterfaceMapConstPtr const&) override
-    {
-        --m_world.lent;
-    }
-
-private:
-    World& m_world;
-};
 
 void startBoth(World& world)
 {

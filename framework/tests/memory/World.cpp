@@ -131,6 +131,20 @@ std::string World::state() const
     return text.str();
 }
 
+InterfaceMapConstPtr Lender::GetService(Bundle const& /*user*/, ServiceRegistrationBase const& /*self*/)
+{
+    UncountedMemory const ofFactory; // what a factory throws is an event, and no object
+    InterfaceMapConstPtr object = MakeInterfaceMap<Tool>(std::make_shared<RealTool>());
+    ++m_world.lent;
+    return object;
+}
+
+void Lender::UngetService(Bundle const& /*user*/, ServiceRegistrationBase const& /*self*/,
+                          InterfaceMapConstPtr const& /*object*/)
+{
+    --m_world.lent;
+}
+
 void expectSound(Expectation const& expectation)
 {
     std::vector<std::string> allowed;

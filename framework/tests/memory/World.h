@@ -7,6 +7,7 @@
 #include <cppmicroservices/BundleEvent.h>
 #include <cppmicroservices/BundleTracker.h>
 #include <cppmicroservices/Framework.h>
+#include <cppmicroservices/PrototypeServiceFactory.h>
 #include <cppmicroservices/ServiceEvent.h>
 #include <cppmicroservices/ServiceTracker.h>
 
@@ -55,6 +56,22 @@ public:
 private:
     std::array<int, 16> m_events{};
     std::vector<cppmicroservices::ListenerToken> m_own;
+};
+
+struct RealTool final : Tool {};
+
+/// Makes tools, and counts in the world what it has given out.
+class Lender final : public cppmicroservices::PrototypeServiceFactory {
+public:
+    explicit Lender(World& world) : m_world(world) {}
+
+    cppmicroservices::InterfaceMapConstPtr GetService(cppmicroservices::Bundle const& user,
+                                                      cppmicroservices::ServiceRegistrationBase const& self) override;
+    void UngetService(cppmicroservices::Bundle const& user, cppmicroservices::ServiceRegistrationBase const& self,
+                      cppmicroservices::InterfaceMapConstPtr const& object) override;
+
+private:
+    World& m_world;
 };
 
 struct Expectation {
