@@ -97,6 +97,7 @@ Contents read(const std::string& path)
     // A small file is read in one go, as each call of the system costs more than a few pages.
     Contents contents = file.size() <= smallFile ? inspect(KeptBytes{file.text(0, smallFile)}) : inspect(file);
     contents.place.stamp = file.stamp();
+    contents.reachedWithoutLinks = file.reachedWithoutLinks();
     return contents;
 }
 

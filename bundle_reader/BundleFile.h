@@ -33,11 +33,12 @@ struct Contents {
     bool truncated = false;          ///< ELF: the headers promise more than the file has; its archive is not looked for
     std::vector<std::string> needed; ///< ELF: DT_NEEDED names, in file order
     Archive archive = Archive::none;
-    std::string damage;          ///< why, when `truncated` or `Archive::damaged`
-    bool rootManifest = false;   ///< the archive has a manifest.json outside of any folder
-    bool moreFiles = false;      ///< the folders hold other files than their manifests
-    std::vector<Folder> folders; ///< in ascending byte order of name; empty unless `Archive::readable`
-    ArchivePlace place;          ///< of a readable archive; the stamp is that of the file, which only read() knows
+    std::string damage;               ///< why, when `truncated` or `Archive::damaged`
+    bool rootManifest = false;        ///< the archive has a manifest.json outside of any folder
+    bool moreFiles = false;           ///< the folders hold other files than their manifests
+    std::vector<Folder> folders;      ///< in ascending byte order of name; empty unless `Archive::readable`
+    bool reachedWithoutLinks = false; ///< it is certain that no part of the path is a symbolic link; only read() knows
+    ArchivePlace place;               ///< of a readable archive; the stamp is that of the file, which only read() knows
 };
 
 /// Reads the file at `path` (bytes, as the file system has them).

@@ -1,9 +1,12 @@
 #include "bundle_reader/file/FileBytes.h"
 
+#include <linux/openat2.h>
+
 #include <cerrno>
 #include <cstddef>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -14,6 +17,18 @@ FileStamp stampFrom(const struct stat& status)
 {
     return {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size), status.st_mtim.tv_sec,
             status.st_mtim.tv_nsec};
+}
+
+// Non-blocking, as opening a pipe would otherwise wait for its writer.
+constexpr int readingFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+
+/// Below 0 also where the path has links, or the system does not know this way of opening.
+int openWithoutLinks(const std::string& path)
+{
+    open_how how{};
+    how.flags = readingFlags;
+    how.resolve = RESOLVE_NO_SYMLINKS;
+    return static_cast<int>(::syscall(SYS_openat2, AT_FDCWD, path.c_str(), &how, sizeof how));
 }
 
 [[noreturn]] void fail(int error, const std::string& path)
@@ -34,8 +49,11 @@ FileBytes::FileBytes(const std::string& path) : m_path{path}
     if (path.find('\0') != std::string::npos) {
         fail(EINVAL, path); // the system would silently open a file of a shorter name
     }
-    // Non-blocking, as opening a pipe would otherwise wait for its writer.
-    m_descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    m_descriptor = openWithoutLinks(path);
+    m_reachedWithoutLinks = m_descriptor >= 0;
+    if (m_descriptor < 0) {
+        m_descriptor = ::open(path.c_str(), readingFlags);
+    }
     if (m_descriptor < 0) {
         fail(errno, path);
     }

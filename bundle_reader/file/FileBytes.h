@@ -19,6 +19,9 @@ public:
     std::uint64_t size() const override { return m_stamp.size; }
     /// When it was opened.
     const FileStamp& stamp() const { return m_stamp; }
+    /// Whether it is certain that no part of the path is a symbolic link; the system cannot tell where the kernel is
+    /// older than 5.6, and in some sandboxes.
+    bool reachedWithoutLinks() const { return m_reachedWithoutLinks; }
     /// Now: another one when the file was written to meanwhile.
     FileStamp stampNow() const;
 
@@ -27,6 +30,7 @@ public:
 
 private:
     std::string m_path;
+    bool m_reachedWithoutLinks = false;
     int m_descriptor = -1;
     FileStamp m_stamp;
 };

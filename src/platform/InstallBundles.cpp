@@ -15,6 +15,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <utility>
 
@@ -55,6 +56,29 @@ std::string canonical(const std::string& path)
     return resolved.get();
 }
 
+/// Whether the path names each folder from the root on, once and without detours.
+bool isDirect(const std::string& path)
+{
+    if (path.empty() || path.front() != '/') {
+        return false;
+    }
+    for (std::size_t begin = 1; begin <= path.size();) {
+        const std::size_t end = std::min(path.find('/', begin), path.size());
+        const std::string_view part = std::string_view{path}.substr(begin, end - begin);
+        if (part.empty() || part == "." || part == "..") {
+            return false;
+        }
+        begin = end + 1;
+    }
+    return true;
+}
+
+/// As canonical(), for a file that was just read, which saves asking for each part of the path.
+std::string canonicalOf(const std::string& path, const bundle_reader::Contents& contents)
+{
+    return contents.reachedWithoutLinks && isDirect(path) ? path : canonical(path);
+}
+
 /// Installs files one by one into one framework and gathers their bundles.
 class Installation {
 public:
@@ -66,15 +90,13 @@ public:
         }
     }
 
-    /// @param locationOf(path) gives the location; asked only for a file that holds bundles
-    template <typename LocationOf>
-    void install(const std::string& path, const bundle_reader::Contents& contents, FileRole role, LocationOf locationOf)
+    void install(const std::string& path, const bundle_reader::Contents& contents, FileRole role)
     {
         const auto identities = bundlesIn(path, contents, role);
         if (identities.empty()) {
             return;
         }
-        for (const Bundle& bundle : installFile(path, locationOf(path), identities)) {
+        for (const Bundle& bundle : installFile(path, canonicalOf(path, contents), identities)) {
             if (m_returned.insert(bundle.GetBundleId()).second) {
                 m_bundles.push_back(bundle);
             }
@@ -153,7 +175,7 @@ std::vector<Bundle> installBundles(BundleContext context, const Utf16Path& path)
     const std::string name = narrow(path);
     // Mostly a file is asked for, and reading it tells that it is one. All else is told by the status.
     if (const auto contents = readIfFile(name)) {
-        installation.install(name, *contents, FileRole::named, canonical);
+        installation.install(name, *contents, FileRole::named);
         return installation.take();
     }
     struct stat status {};
@@ -162,22 +184,12 @@ std::vector<Bundle> installBundles(BundleContext context, const Utf16Path& path)
     }
     if (S_ISDIR(status.st_mode)) {
         const std::string prefix = name.back() == '/' ? name : name + '/';
-        std::optional<std::string> canonicalPrefix;
-        for (const RegularFile& file : regularFiles(name)) {
-            const std::string filePath = prefix + file.name;
-            installation.install(filePath, readBundleFile(filePath), FileRole::listed, [&](const std::string& ofFile) {
-                if (!file.isKnownNoLink) {
-                    return canonical(ofFile);
-                }
-                if (!canonicalPrefix) {
-                    canonicalPrefix = canonical(name);
-                    canonicalPrefix->append(canonicalPrefix->back() == '/' ? "" : "/");
-                }
-                return *canonicalPrefix + file.name;
-            });
+        for (const std::string& file : regularFiles(name)) {
+            const std::string filePath = prefix + file;
+            installation.install(filePath, readBundleFile(filePath), FileRole::listed);
         }
     } else if (S_ISREG(status.st_mode)) {
-        installation.install(name, readBundleFile(name), FileRole::named, canonical);
+        installation.install(name, readBundleFile(name), FileRole::named);
     } else {
         failInstall("'" + name + "' is neither a directory nor a file; give the path of one");
     }

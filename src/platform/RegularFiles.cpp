@@ -39,7 +39,7 @@ bool maySearch(const std::string& directoryWithSlash)
 } // namespace
 
 // Not std::filesystem::directory_iterator: it allocates in functions that must not throw.
-std::vector<RegularFile> regularFiles(const std::string& directory)
+std::vector<std::string> regularFiles(const std::string& directory)
 {
     const std::unique_ptr<DIR, Close> stream{::opendir(directory.c_str())};
     if (!stream) {
@@ -48,7 +48,7 @@ std::vector<RegularFile> regularFiles(const std::string& directory)
     std::string path = directory.back() == '/' ? directory : directory + '/';
     const std::size_t prefix = path.size();
     const bool kindsAreEnough = maySearch(path);
-    std::vector<RegularFile> files;
+    std::vector<std::string> names;
     for (;;) {
         errno = 0;
         const dirent* const entry = ::readdir(stream.get());
@@ -65,11 +65,11 @@ std::vector<RegularFile> regularFiles(const std::string& directory)
         const bool isKnown = kindsAreEnough && entry->d_type != DT_UNKNOWN && entry->d_type != DT_LNK;
         path.replace(prefix, std::string::npos, name);
         if (isKnown ? entry->d_type == DT_REG : isRegularFile(path)) {
-            files.push_back({std::string{name}, isKnown});
+            names.emplace_back(name);
         }
     }
-    std::sort(files.begin(), files.end(), [](const RegularFile& a, const RegularFile& b) { return a.name < b.name; });
-    return files;
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 } // namespace ostrel::platform

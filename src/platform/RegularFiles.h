@@ -5,13 +5,7 @@
 
 namespace ostrel::platform {
 
-/// A regular file in a directory, or a link to one.
-struct RegularFile {
-    std::string name;
-    bool isKnownNoLink; ///< false where only a look at the file would tell
-};
-
-/// The regular files in a directory, links to such included, in ascending byte order of their names.
+/// The names of the regular files in a directory, links to such included, in ascending byte order.
 ///
 /// A link that leads nowhere or in a circle is no link to a file.
 ///
@@ -19,6 +13,6 @@ struct RegularFile {
 /// @throws what failToRead() throws, for the directory or for an entry whose status cannot be told
 /// @locks  none
 /// @cost   asks for the status of the entries whose kind the directory does not tell, and of links
-std::vector<RegularFile> regularFiles(const std::string& directory);
+std::vector<std::string> regularFiles(const std::string& directory);
 
 } // namespace ostrel::platform

@@ -20,6 +20,7 @@
 #include <stdexcept>
 #include <string>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -74,6 +75,23 @@ int open(const char* path, int flags, ...)
     const auto mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : mode_t{0};
     va_end(arguments);
     return nextDefinition<int(const char*, int, ...)>("open")(path, flags, mode);
+}
+
+// Opening without links is no function of the C library. It counts as "open" too, and fails alone as "openat2".
+long syscall(long number, ...) noexcept
+{
+    std::va_list arguments;
+    va_start(arguments, number);
+    const long a = va_arg(arguments, long);
+    const long b = va_arg(arguments, long);
+    const long c = va_arg(arguments, long);
+    const long d = va_arg(arguments, long);
+    va_end(arguments);
+    if (number == SYS_openat2 && (fails("openat2") || (fault != nullptr && fault->function == "open"))) {
+        errno = fault->error;
+        return -1;
+    }
+    return nextDefinition<long(long, ...)>("syscall")(number, a, b, c, d);
 }
 
 int fstat(int descriptor, struct stat* status) noexcept
@@ -308,6 +326,21 @@ TEST_F(Faults, GivenFileThatCannotBeOpened_WhenRead_ThenTheErrorTellsWhy)
             }
         }
         EXPECT_EQ(before, openFiles());
+    }
+}
+
+TEST_F(Faults, GivenSystemThatCannotOpenWithoutLinks_WhenRead_ThenItIsReadAndLinksAreNotRuledOut)
+{
+    const std::string path = bundle(Large::nothing);
+    EXPECT_TRUE(read(path).reachedWithoutLinks);
+    for (const int error : {ENOSYS, EPERM}) {
+        Fault system;
+        system.function = "openat2";
+        system.error = error;
+        const Armed armed{system};
+        const Contents contents = read(path);
+        expectWhole(contents);
+        EXPECT_FALSE(contents.reachedWithoutLinks);
     }
 }
 

@@ -99,6 +99,38 @@ TEST_F(InstallBundles, GivenAnySpelling_WhenInstalled_ThenTheLocationIsCanonical
     EXPECT_EQ(bundles[0].GetLocation(), inDirectory("a").native());
 }
 
+TEST_F(InstallBundles, GivenDetours_WhenInstalled_ThenTheLocationIsCanonical)
+{
+    fs::create_directory(inDirectory("folder"));
+    host.write("folder/a", bundleZip("a"));
+    fs::create_directory_symlink("folder", inDirectory("link"));
+    const std::string directory = host.directory().string();
+    const std::vector<std::string> spellings{"//folder/a",  "/./folder/a", "/folder/../folder/a",
+                                             "/folder/./a", "/folder//a",  "/link/a"};
+
+    for (const std::string& spelling : spellings) {
+        const auto bundles = install(directory + spelling);
+
+        ASSERT_THAT(bundles, SizeIs(1)) << spelling;
+        EXPECT_EQ(bundles[0].GetLocation(), directory + "/folder/a") << spelling;
+    }
+    EXPECT_THAT(install(inDirectory("link")), SizeIs(1));
+    EXPECT_THAT(host.context().GetBundles(directory + "/folder/a"), SizeIs(1));
+}
+
+TEST_F(InstallBundles, GivenRelativePath_WhenInstalled_ThenTheLocationIsCanonical)
+{
+    host.write("a", bundleZip("a"));
+    const fs::path before = fs::current_path();
+    fs::current_path(host.directory());
+
+    const auto bundles = install(fs::path{"a"});
+    fs::current_path(before);
+
+    ASSERT_THAT(bundles, SizeIs(1));
+    EXPECT_EQ(bundles[0].GetLocation(), inDirectory("a").native());
+}
+
 TEST_F(InstallBundles, GivenFileAndLinksToIt_WhenInstalled_ThenItIsOneBundle)
 {
     host.write("b", bundleZip("b"));
