@@ -94,7 +94,7 @@ TEST_F(Checker, GivenControlCharactersEverywhere_ThenNoneIsPrinted)
 TEST_F(Checker, GivenManifestOfManyMegabytes_ThenItIsRefused)
 {
     const std::string path = write("large.json", good);
-    std::filesystem::resize_file(path, std::uintmax_t{1} << 34);
+    std::filesystem::resize_file(path, std::uintmax_t{3} << 30);
 
     expectResult(runChecker({"alpha", path}), 1,
                  path + ":1:1: error: the manifest is larger than 16777216 bytes, and is not read; put into RESOURCES "
