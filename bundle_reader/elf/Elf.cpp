@@ -138,9 +138,8 @@ void ElfReader::readTables()
     std::uint64_t sectionOfNames = m_numbers.number(0, elf::sectionOfNames);
 
     // Numbers too big for the header stand in the first section.
-    const bool tooBig = sections.count == 0 || segments.count == PN_XNUM || sectionOfNames == SHN_XINDEX;
     const std::uint64_t leastSection = m_numbers.sizeOf(elfSection);
-    if (tooBig && sections.offset != 0 && fits(m_numbers.fileSize(), sections.offset, leastSection)) {
+    if (sections.offset != 0 && fits(m_numbers.fileSize(), sections.offset, leastSection)) {
         const Section first = sectionAt(sections.offset);
         if (sections.count == 0) {
             sections.count = std::min<std::uint64_t>(first.size, 0xffffffffU);
@@ -180,7 +179,7 @@ void ElfReader::readNeeded()
         return;
     }
     std::vector<std::uint64_t> names;
-    std::uint64_t tableAddress = 0;
+    std::optional<std::uint64_t> tableAddress;
     std::uint64_t tableSize = 0;
     const std::uint64_t entrySize = m_numbers.sizeOf(elfDynamic);
     for (std::uint64_t at = 0; fits(dynamic->fileSize, at, entrySize); at += entrySize) {
@@ -197,7 +196,7 @@ void ElfReader::readNeeded()
             tableSize = value;
         }
     }
-    const auto tableOffset = fileOffset(tableAddress);
+    const auto tableOffset = tableAddress ? fileOffset(*tableAddress) : std::nullopt;
     if (!tableOffset) {
         return;
     }

@@ -17,7 +17,7 @@ constexpr int archivesInARow = 64;
 /// That is what is left when an archive is cut off whose entries are archives themselves.
 bool isRemnant(const ByteSource& source, std::uint64_t first, std::uint64_t foundBegin)
 {
-    if (foundBegin <= first || !ByteWindow{source, 4}.holds(first, zip_format::entry::mark)) {
+    if (foundBegin <= first || source.text(first, zip_format::entry::mark.size()) != zip_format::entry::mark) {
         return false;
     }
     for (int archive = 0; foundBegin > first && archive < archivesInARow; ++archive) {

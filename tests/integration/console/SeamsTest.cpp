@@ -43,6 +43,20 @@ TEST_F(ConsoleReportSeams, GivenInvalidHandleBeforeAnother_WhenServicesArePrinte
     EXPECT_THAT(console.flushed(), ElementsAre(" Service: [ostrel::test::Greeter]\n"));
 }
 
+TEST_F(ConsoleReportSeams, GivenLocation_WhenItsBundlesAreAskedFor_ThenTheLockIsHeld)
+{
+    LockProbe probe{container};
+    seams.getBundles = [&probe](const std::string&) {
+        probe.look();
+        return std::vector<Bundle>{};
+    };
+
+    container.printBundleServices("any", 0);
+    container.printBundleProperties("any");
+
+    EXPECT_THAT(probe.found(), ElementsAre(LockProbe::held, LockProbe::held));
+}
+
 TEST_F(ConsoleReportSeams, GivenInvalidHandleAmongAll_WhenTheTableIsPrinted_ThenItIsAskedAllTheSame)
 {
     const Bundle alpha = started("alpha");

@@ -95,23 +95,45 @@ Elf64_Dyn dynamic(Elf64_Sxword tag, std::uint64_t value)
     return made;
 }
 
-/// A library that needs "libneeded.so" and says in its first section that it has `count` segments. It has two.
-std::string libraryWithCountInSection(Elf64_Word count)
+/// A library that needs "libneeded.so", and has two segments. `entries` makes its dynamic entries, given where their
+/// names lie and how long these are.
+template <typename Entries>
+std::string libraryThatNeeds(Library library, Entries entriesFor)
 {
-    Library library;
-    library.countInSection = true;
     library.segments.resize(2);
-    library.sections.push_back(section(SHT_NULL, 0, 0));
-    library.sections.front().sh_info = count;
-
     const std::string names{"\0libneeded.so\0", 14};
     const std::uint64_t namesAt = library.dataAt();
-    const std::vector<Elf64_Dyn> entries{dynamic(DT_NEEDED, 1), dynamic(DT_STRTAB, namesAt),
-                                         dynamic(DT_STRSZ, names.size()), dynamic(DT_NULL, 0)};
+    const std::vector<Elf64_Dyn> entries = entriesFor(namesAt, names.size());
     library.data = names + bytesOf(entries);
     library.segments[0] = segment(PT_LOAD, 0, namesAt + library.data.size());
     library.segments[1] = segment(PT_DYNAMIC, namesAt + names.size(), bytesOf(entries).size());
     return library.bytes();
+}
+
+/// The same, which says in its first section that it has `count` segments.
+std::string libraryWithCountInSection(Elf64_Word count)
+{
+    Library library;
+    library.countInSection = true;
+    library.sections.push_back(section(SHT_NULL, 0, 0));
+    library.sections.front().sh_info = count;
+    return libraryThatNeeds(library, [](std::uint64_t namesAt, std::uint64_t size) {
+        return std::vector<Elf64_Dyn>{dynamic(DT_NEEDED, 1), dynamic(DT_STRTAB, namesAt), dynamic(DT_STRSZ, size),
+                                      dynamic(DT_NULL, 0)};
+    });
+}
+
+TEST(ElfTables, GivenNoTableOfNames_WhenRead_ThenNothingIsNeeded)
+{
+    const std::string noPlace = libraryThatNeeds({}, [](std::uint64_t, std::uint64_t size) {
+        return std::vector<Elf64_Dyn>{dynamic(DT_NEEDED, 1), dynamic(DT_STRSZ, size), dynamic(DT_NULL, 0)};
+    });
+    const std::string noSize = libraryThatNeeds({}, [](std::uint64_t namesAt, std::uint64_t) {
+        return std::vector<Elf64_Dyn>{dynamic(DT_NEEDED, 0), dynamic(DT_STRTAB, namesAt), dynamic(DT_NULL, 0)};
+    });
+
+    EXPECT_TRUE(inspect(noPlace).needed.empty());
+    EXPECT_TRUE(inspect(noSize).needed.empty());
 }
 
 TEST(ElfTables, GivenSectionWithoutBitsBehindTheEnd_WhenRead_ThenTheLibraryIsWhole)

@@ -118,6 +118,18 @@ TEST_F(InstallBundles, GivenDetours_WhenInstalled_ThenTheLocationIsCanonical)
     EXPECT_THAT(host.context().GetBundles(directory + "/folder/a"), SizeIs(1));
 }
 
+TEST_F(InstallBundles, GivenLinkToItsFolder_WhenInstalledByThatAtFirst_ThenTheLocationIsCanonical)
+{
+    fs::create_directory(inDirectory("folder"));
+    host.write("folder/a", bundleZip("a"));
+    fs::create_directory_symlink("folder", inDirectory("link"));
+
+    const auto bundles = install(inDirectory("link/a"));
+
+    ASSERT_THAT(bundles, SizeIs(1));
+    EXPECT_EQ(bundles[0].GetLocation(), inDirectory("folder/a").native());
+}
+
 TEST_F(InstallBundles, GivenRelativePath_WhenInstalled_ThenTheLocationIsCanonical)
 {
     host.write("a", bundleZip("a"));

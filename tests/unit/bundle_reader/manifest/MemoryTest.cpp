@@ -1,4 +1,5 @@
 // What happens when memory fails.
+#include "bundle_reader/manifest/CheckedAllocator.h"
 #include "bundle_reader/manifest/Json.h"
 #include "bundle_reader/manifest/JsonWriter.h"
 #include "bundle_reader/manifest/ManifestRules.h"
@@ -7,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <malloc.h>
 #include <string>
 
 namespace {
@@ -23,6 +26,20 @@ void expectBadAlloc(Work work, std::size_t atLeast)
     const auto check = [](const RunOfMemory& run) { EXPECT_EQ(run.hasFailed, run.outOfMemory); };
     EXPECT_GE(failEachAllocation(work, check), atLeast);
     EXPECT_GE(failEachAllocation(work, check, FailingMemory::Fails::fromThenOn), atLeast);
+}
+
+/// What is too large for the heap is mapped, and counted so.
+TEST(Memory, GivenBlock_WhenItIsMadeEmpty_ThenItIsGivenBack)
+{
+    CheckedAllocator allocator;
+    constexpr std::size_t size = std::size_t{64} << 20U;
+    const std::size_t before = mallinfo2().hblkhd;
+    void* const block = allocator.Malloc(size);
+    ASSERT_GE(mallinfo2().hblkhd, before + size);
+
+    EXPECT_EQ(allocator.Realloc(block, size, 0), nullptr);
+
+    EXPECT_EQ(mallinfo2().hblkhd, before);
 }
 
 std::string longText()
