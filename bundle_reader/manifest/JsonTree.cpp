@@ -164,7 +164,7 @@ bool JsonTree::close()
 
 bool JsonTree::refuse(JsonFault::Kind kind, std::string words)
 {
-    m_fault = JsonFault{kind, std::move(words), gapAfterLast().end, pathTo(true), false};
+    m_fault = JsonFault{kind, std::move(words), gapAfterLast().end, pathTo(true)};
     return false;
 }
 

@@ -91,6 +91,38 @@ TEST(Damage, GivenOuterZipCutOffBehindInnerOne_WhenRead_ThenTheInnerDoesNotCount
     expectDamaged(library() + cut);
 }
 
+TEST(Damage, GivenRestOfAnArchiveBeforeOthers_WhenTheseAreNotTooMany_ThenItIsDamaged)
+{
+    const std::string rest = bundleZip("n").substr(0, 40);
+    const auto archives = [](int count) {
+        std::string row;
+        for (int i = 0; i < count; ++i) {
+            row += bundleZip("a");
+        }
+        return row;
+    };
+
+    expectDamaged(rest + archives(1));
+    expectDamaged(rest + archives(64));
+    EXPECT_EQ(inspect(rest + archives(65)).archive, Archive::readable); // nobody appends so many
+}
+
+TEST(Damage, GivenManifestLargerThanTheDirectorySays_WhenItIsAboveTheLimit_ThenThatIsTold)
+{
+    const std::string content(manifestLimit + 1, ' ');
+    std::string zip = zipInMemory([&content](zip_t* archive) {
+        zip_file_add(archive, "n/manifest.json", zip_source_buffer(archive, content.data(), content.size(), 0), 0);
+    });
+    // The size of the data, in the directory and before them.
+    zip.replace(zip.find("PK\x01\x02") + 24, 4, std::string("\x02\0\0\0", 4));
+    zip.replace(22, 4, std::string("\x02\0\0\0", 4));
+
+    const Contents contents = inspect(zip);
+
+    EXPECT_EQ(contents.archive, Archive::damaged);
+    EXPECT_THAT(contents.damage, testing::HasSubstr("larger than a manifest may be, 16 MiB"));
+}
+
 TEST(Damage, GivenAnyByteChanged_WhenRead_ThenNothingWorseHappens)
 {
     // Every single changed byte and many random ones: the result is any, as long as there is one.

@@ -235,6 +235,7 @@ TEST(Places, GivenFileWithAnArchiveAtItsEnd_WhenAsked_ThenItEndsWithOne)
     EXPECT_TRUE(endsWithArchive(directory.write("a", library() + bundleZip("n")).string()));
     EXPECT_FALSE(endsWithArchive(directory.write("b", bundleZip("n") + "x").string()));
     EXPECT_FALSE(endsWithArchive(directory.write("c", "").string()));
+    EXPECT_TRUE(endsWithArchive(directory.write("d", std::string{"PK\x05\x06"} + std::string(18, '\0')).string()));
 }
 
 TEST(Places, GivenLibraryWithArchive_WhenOnlyItsHeadersAreRead_ThenNoArchiveIsLookedFor)
