@@ -25,7 +25,7 @@ bool madeReady()
     return true;
 }
 
-[[maybe_unused]] const bool isReady = madeReady(); // before the source, as its place among the static objects says
+[[maybe_unused]] const bool isReady = madeReady(); // defined before the source, so that it runs before that is made
 
 // At namespace scope, not in the function: the source exists before any host code runs and goes at exit.
 ostrel::platform::DiagnosticLogger logSource{"ostrel::us_container"};
