@@ -32,18 +32,19 @@ public:
     }
 
     /// @param snapshot null for none
-    /// @return false when there is no room for it
-    bool add(List::Snapshot snapshot)
+    void add(List::Snapshot snapshot)
     {
         if (!snapshot) {
-            return true;
+            return;
         }
-        if (m_count == m_runs.size()) {
-            return false;
+        m_isWhole = m_count < m_runs.size();
+        if (m_isWhole) {
+            m_runs[m_count++] = std::move(snapshot);
         }
-        m_runs[m_count++] = std::move(snapshot);
-        return true;
     }
+
+    /// Whether there was room for all that was added.
+    bool isWhole() const { return m_isWhole; }
 
     bool isEmpty() const { return m_count == 0 && m_registry == nullptr; }
 
@@ -93,6 +94,7 @@ private:
 
     std::array<List::Snapshot, most> m_runs; // each ordered, none empty; the first m_count
     std::size_t m_count = 0;
+    bool m_isWhole = true;
     ListenerRegistry* m_registry = nullptr; // who is asked when there are no runs
     long m_shownId = 0;
     std::vector<std::string> const* m_classes = nullptr;

@@ -59,33 +59,27 @@ void ServiceListenerIndex::remove(FilteredListener const& listener)
 }
 
 template <class Visit>
-bool ServiceListenerIndex::forEachList(long shownId, std::vector<std::string> const& classes, Visit&& visit)
+void ServiceListenerIndex::forEachList(long shownId, std::vector<std::string> const& classes, Visit&& visit)
 {
-    if (!visit(m_others)) {
-        return false;
-    }
+    visit(m_others);
     auto const ofId = m_byId.find(shownId);
-    if (ofId != m_byId.end() && !visit(ofId->second)) {
-        return false;
+    if (ofId != m_byId.end()) {
+        visit(ofId->second);
     }
     for (auto name = classes.begin(); name != classes.end(); ++name) {
         bool const isNew = std::find(classes.begin(), name, *name) == name; // a caller may have named one twice
         auto const ofClass = isNew ? m_byClass.find(*name) : m_byClass.end();
-        if (ofClass != m_byClass.end() && !visit(ofClass->second)) {
-            return false;
+        if (ofClass != m_byClass.end()) {
+            visit(ofClass->second);
         }
     }
-    return true;
 }
 
 std::optional<ServiceAudience> ServiceListenerIndex::audience(long shownId, std::vector<std::string> const& classes)
 {
-    std::optional<ServiceAudience> result(std::in_place);
-    bool const all = forEachList(shownId, classes, [&result](List& list) { return result->add(list.snapshot()); });
-    if (!all) {
-        result.reset();
-    }
-    return result;
+    ServiceAudience result;
+    forEachList(shownId, classes, [&result](List& list) { result.add(list.snapshot()); });
+    return result.isWhole() ? std::optional<ServiceAudience>(std::move(result)) : std::nullopt;
 }
 
 ServiceListenerIndex::Entry ServiceListenerIndex::next(long shownId, std::vector<std::string> const& classes,
@@ -97,7 +91,6 @@ ServiceListenerIndex::Entry ServiceListenerIndex::next(long shownId, std::vector
         if (found && (!newest || found->id > newest->id)) {
             newest = std::move(found);
         }
-        return true;
     });
     return newest;
 }

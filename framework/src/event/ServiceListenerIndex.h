@@ -30,9 +30,9 @@ public:
     Entry next(long shownId, std::vector<std::string> const& classes, ListenerTokenId below);
 
 private:
-    /// Calls `visit` with each list that concerns the service, until it returns false.
+    /// Calls `visit` with each list that concerns the service.
     template <class Visit>
-    bool forEachList(long shownId, std::vector<std::string> const& classes, Visit&& visit);
+    void forEachList(long shownId, std::vector<std::string> const& classes, Visit&& visit);
 
     std::unordered_map<long, List> m_byId;
     std::unordered_map<std::string, List> m_byClass; // those whose filter demands just this class

@@ -194,9 +194,9 @@ bool Comparison::matchesText(std::string_view text) const
     case Operator::atLeast:
         return text >= m_operand;
     case Operator::atMost:
-        return text <= m_operand;
+        break;
     }
-    return false;
+    return text <= m_operand;
 }
 
 bool Comparison::matchesTruth(bool truth) const
@@ -226,9 +226,9 @@ bool Comparison::matchesInteger(Integer value) const
     case Operator::atLeast:
         return value >= operand;
     case Operator::atMost:
-        return value <= operand;
+        break;
     }
-    return false;
+    return value <= operand;
 }
 
 template <class Real>
@@ -245,9 +245,9 @@ bool Comparison::matchesReal(Real value) const
     case Operator::atLeast:
         return number >= *m_real;
     case Operator::atMost:
-        return number <= *m_real;
+        break;
     }
-    return false;
+    return number <= *m_real;
 }
 
 template <class List>

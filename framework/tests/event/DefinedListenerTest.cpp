@@ -53,6 +53,40 @@ TEST_F(DefinedListeners, areCalledFromTheLastAddedToTheFirst)
     stopAndWait(framework);
 }
 
+TEST_F(DefinedListeners, areCalledInThatOrderHoweverManyClassesTheirFiltersName)
+{
+    std::string seen;
+    auto const classes = std::make_shared<InterfaceMap>();
+    std::vector<std::string> filters{"", "(a=1)"};
+    for (char name = 'a'; name <= 'h'; ++name) {
+        classes->emplace(std::string(1, name), object);
+        filters.push_back("(objectclass=" + std::string(1, name) + ")");
+        filters.push_back(filters.back());
+    }
+    filters.insert(filters.end(), {"(objectclass=z)", "", "(&(objectclass=c)(a=2))"});
+    ListenerToken removed;
+    for (std::size_t i = 0; i < filters.size(); ++i) {
+        auto token = context.AddServiceListener(
+            [&, i](ServiceEvent const& event) {
+                seen += std::to_string(i) + ' ';
+                if (i == 5 && event.GetType() == ServiceEvent::SERVICE_REGISTERED) {
+                    context.RemoveListener(std::move(removed));
+                    context.AddServiceListener([&seen](ServiceEvent const&) { seen += "new "; });
+                }
+            },
+            filters[i]);
+        if (i == 4) {
+            removed = std::move(token);
+        }
+    }
+    auto registration = context.RegisterService(InterfaceMapConstPtr(classes), {{"a", 1}});
+    EXPECT_EQ("19 17 16 15 14 13 12 11 10 9 8 7 6 5 3 2 1 0 ", seen);
+    seen.clear();
+    registration.SetProperties({{"a", 2}});
+    EXPECT_EQ("new 20 19 17 16 15 14 13 12 11 10 9 8 7 6 5 3 2 0 1 ", seen); // 1 no longer matches
+    stopAndWait(framework);
+}
+
 TEST_F(DefinedListeners, ofBundleEventsRemovedDuringAnEventAreCalledNoMore)
 {
     int calls = 0;

@@ -135,6 +135,10 @@ TEST(FrameworkBundle, describesItself)
     EXPECT_EQ("System Bundle", framework.GetLocation());
     EXPECT_EQ("3.8.4", framework.GetVersion().ToString());
     EXPECT_EQ("C++ Micro Services", framework.GetHeaders().at("bundle.vendor").ToString());
+    EXPECT_EQ("System Bundle", framework.GetHeaders().at("bundle.name").ToString());
+    EXPECT_EQ("3.8.4", framework.GetHeaders().at("bundle.version").ToString());
+    EXPECT_EQ("system_bundle", framework.GetHeaders().at("bundle.symbolic_name").ToString());
+    EXPECT_EQ("C++ Micro Services System Bundle", framework.GetHeaders().at("bundle.description").ToString());
     EXPECT_EQ("2", framework.GetHeaders().at("Bundle.Manifest_Version").ToString());
 }
 
