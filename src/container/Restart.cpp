@@ -29,7 +29,6 @@ void MicroServicesContainer::restartBundle(const std::string& location)
         for (ServiceReference<void>& reference : references) {
             releaseLogged(location, [&reference] { reference = ServiceReference<void>{}; });
         }
-        references.clear();
         lock.lock();
 
         stopBundle(location);

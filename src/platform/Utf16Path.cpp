@@ -34,7 +34,6 @@ std::u16string toUtf16(const std::string& utf8)
 {
     namespace utf = boost::locale::utf;
     std::u16string converted;
-    converted.reserve(utf8.size());
     for (auto at = utf8.begin(); at != utf8.end();) {
         const auto offset = std::distance(utf8.begin(), at);
         const utf::code_point point = utf::utf_traits<char>::decode(at, utf8.end());

@@ -99,49 +99,43 @@ TEST_F(InstallBundles, GivenAnySpelling_WhenInstalled_ThenTheLocationIsCanonical
     EXPECT_EQ(bundles[0].GetLocation(), inDirectory("a").native());
 }
 
-TEST_F(InstallBundles, GivenDetours_WhenInstalled_ThenTheLocationIsCanonical)
-{
-    fs::create_directory(inDirectory("folder"));
-    host.write("folder/a", bundleZip("a"));
-    fs::create_directory_symlink("folder", inDirectory("link"));
-    const std::string directory = host.directory().string();
-    const std::vector<std::string> spellings{"//folder/a",  "/./folder/a", "/folder/../folder/a",
-                                             "/folder/./a", "/folder//a",  "/link/a"};
-
-    for (const std::string& spelling : spellings) {
-        const auto bundles = install(directory + spelling);
-
-        ASSERT_THAT(bundles, SizeIs(1)) << spelling;
-        EXPECT_EQ(bundles[0].GetLocation(), directory + "/folder/a") << spelling;
+/// Ways to a file that are not its canonical path; each in a framework that does not know the file yet.
+class InstallByDetour : public testing::TestWithParam<std::string> {
+protected:
+    InstallByDetour() : m_before{fs::current_path()}
+    {
+        fs::create_directory(host.directory() / "folder");
+        host.write("folder/file", bundleZip("a"));
+        fs::create_directory_symlink("folder", host.directory() / "link");
+        fs::create_symlink("folder/file", host.directory() / "file");
+        fs::current_path(host.directory());
     }
-    EXPECT_THAT(install(inDirectory("link")), SizeIs(1));
-    EXPECT_THAT(host.context().GetBundles(directory + "/folder/a"), SizeIs(1));
-}
+    ~InstallByDetour() override { fs::current_path(m_before); }
 
-TEST_F(InstallBundles, GivenLinkToItsFolder_WhenInstalledByThatAtFirst_ThenTheLocationIsCanonical)
+    Host host;
+
+private:
+    fs::path m_before;
+};
+
+TEST_P(InstallByDetour, GivenIt_WhenInstalled_ThenTheLocationIsCanonical)
 {
-    fs::create_directory(inDirectory("folder"));
-    host.write("folder/a", bundleZip("a"));
-    fs::create_directory_symlink("folder", inDirectory("link"));
+    const std::string directory = host.directory().string();
+    std::string path = GetParam();
+    if (path.front() == '/') {
+        path = directory + path;
+    }
 
-    const auto bundles = install(inDirectory("link/a"));
+    const auto bundles = installBundles(host.context(), Utf16Path{fs::path{path}.u16string()});
 
     ASSERT_THAT(bundles, SizeIs(1));
-    EXPECT_EQ(bundles[0].GetLocation(), inDirectory("folder/a").native());
+    EXPECT_EQ(bundles[0].GetLocation(), directory + "/folder/file");
 }
 
-TEST_F(InstallBundles, GivenRelativePath_WhenInstalled_ThenTheLocationIsCanonical)
-{
-    host.write("a", bundleZip("a"));
-    const fs::path before = fs::current_path();
-    fs::current_path(host.directory());
-
-    const auto bundles = install(fs::path{"a"});
-    fs::current_path(before);
-
-    ASSERT_THAT(bundles, SizeIs(1));
-    EXPECT_EQ(bundles[0].GetLocation(), inDirectory("a").native());
-}
+INSTANTIATE_TEST_SUITE_P(Detours, InstallByDetour,
+                         testing::Values("//folder/file", "/./folder/file", "/folder/../folder/file", "/folder/./file",
+                                         "/folder//file", "/link/file", "/file", "/link", "/link/", "/./folder",
+                                         "folder/file", "file", "./folder/file", "link/file", "folder", "folder/"));
 
 TEST_F(InstallBundles, GivenFileAndLinksToIt_WhenInstalled_ThenItIsOneBundle)
 {
