@@ -3,12 +3,14 @@
 #include "contract/StartedFramework.h"
 #include "contract/ThrownText.h"
 
+#include <cppmicroservices/BundleEvent.h>
 #include <cppmicroservices/Constants.h>
 #include <cppmicroservices/FrameworkEvent.h>
 
 #include <gtest/gtest.h>
 
 #include <regex>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
@@ -34,6 +36,25 @@ TEST_F(DefinedRestart, keepsTheBundlesOfTwoRunsApart)
     EXPECT_EQ(Bundle::STATE_INSTALLED, now.GetState());
 }
 
+TEST_F(DefinedRestart, endsBundlesThatWereInstalledWhileItStopped)
+{
+    auto bundle = installByManifest(context, {"a"}).at(0);
+    bundle.Start();
+    Bundle late;
+    context.AddBundleListener([this, &late](BundleEvent const& event) {
+        if (event.GetType() == BundleEvent::BUNDLE_STOPPING && event.GetBundle().GetSymbolicName() == "a") {
+            AnyMap const manifest{{"bundle.symbolic_name", std::string("late")}};
+            // Behind the other one in the order of locations, so that the stop has passed by its place.
+            late = context.InstallBundles("/proc/thread-self/exe", AnyMap{{"late", manifest}}).at(0);
+        }
+    });
+    stopAndWait(framework);
+    ASSERT_TRUE(late);
+    framework.Start();
+    EXPECT_EQ("Bundle late (location=/proc/thread-self/exe) belongs to a stopped framework",
+              thrownText<std::runtime_error>([&] { late.Start(); }));
+}
+
 TEST_F(DefinedRestart, startsBundlesAfterInitAsInTheFirstRun)
 {
     stopAndWait(framework);
@@ -49,6 +70,19 @@ TEST_F(DefinedRestart, hasAUuidInTheUsualForm)
 {
     auto const uuid = context.GetProperty(Constants::FRAMEWORK_UUID).ToString();
     EXPECT_TRUE(std::regex_match(uuid, std::regex("[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}"))) << uuid;
+}
+
+TEST(DefinedConfiguration, tellsOfLoadOptionsOfAnotherType)
+{
+    std::ostringstream log;
+    FrameworkConfiguration configuration{{Constants::FRAMEWORK_LOG, true}, {Constants::LIBRARY_LOAD_OPTIONS, 1}};
+    FrameworkFactory().NewFramework(configuration, &log);
+    EXPECT_EQ(std::string::npos, log.str().find("is no int"));
+    configuration[Constants::LIBRARY_LOAD_OPTIONS] = 1L;
+    FrameworkFactory().NewFramework(configuration, &log);
+    EXPECT_NE(std::string::npos,
+              log.str().find("The property org.cppmicroservices.library.load.options is no int; 2 is "
+                             "used instead.\n"));
 }
 
 TEST(DefinedConfiguration, isRefusedAsOftenAsItIsTried)
