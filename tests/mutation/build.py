@@ -45,6 +45,8 @@ class Build:
             options["OSTREL_FRAMEWORK"] = self._framework
         if shutil.which("ccache"):
             options["CMAKE_CXX_COMPILER_LAUNCHER"] = "ccache"
+            # Objects name the files that they were made from, so those of another folder are not the same.
+            os.environ.update(CCACHE_HASHDIR="true", CCACHE_BASEDIR="")
         command = ["cmake", "-S", str(self.tree), "-B", str(self.path), "-G", "Ninja"]
         command += [f"-D{name}={value}" for name, value in options.items()] + self._options
         self._run(command, "cannot configure the unchanged code")
