@@ -1,4 +1,4 @@
-// Listeners that are added while their bundle is being stopped.
+// Listeners that are added, and services that are got, while their bundle is being stopped.
 #include "contract/BundlesByManifest.h"
 #include "contract/StartedFramework.h"
 #include "contract/ThrownText.h"
@@ -8,6 +8,7 @@
 #include <cppmicroservices/BundleContext.h>
 #include <cppmicroservices/BundleEvent.h>
 #include <cppmicroservices/ServiceEvent.h>
+#include <cppmicroservices/ServiceFactory.h>
 
 #include <functional>
 #include <memory>
@@ -58,6 +59,48 @@ TEST_F(EndingContext, takesNoListenerFromTheDestructorOfItsLast)
 
     EXPECT_TRUE(wasValid);
     EXPECT_EQ("The bundle context is no longer valid", refusal);
+    stopAndWait(framework);
+}
+
+/// Calls a function when an object comes back.
+class Lender final : public ServiceFactory {
+public:
+    std::function<void()> onReturn;
+
+    InterfaceMapConstPtr GetService(Bundle const&, ServiceRegistrationBase const&) override
+    {
+        return MakeInterfaceMap<Plain>(std::make_shared<contract::Both>());
+    }
+    void UngetService(Bundle const&, ServiceRegistrationBase const&, InterfaceMapConstPtr const&) override
+    {
+        onReturn();
+    }
+};
+
+// What the bundle used goes back when it may use nothing more, but while the context is valid still: a use that began
+// now would never end.
+TEST_F(EndingContext, usesNothingMoreOnceItsUsesEnd)
+{
+    auto bundle = installByManifest(context, {"plain"}).at(0);
+    bundle.Start();
+    auto own = bundle.GetBundleContext();
+    auto const lender = std::make_shared<Lender>();
+    auto const registration = context.RegisterService<Plain>(std::static_pointer_cast<ServiceFactory>(lender));
+    ServiceReference<Plain> const reference = registration.GetReference();
+    bool wasValid = false;
+    std::string refusal = "none";
+    lender->onReturn = [&] {
+        wasValid = static_cast<bool>(own);
+        refusal = thrownText<std::runtime_error>([&] { own.GetService(reference); });
+    };
+    auto const held = own.GetService(reference);
+
+    bundle.Stop();
+
+    EXPECT_TRUE(wasValid);
+    EXPECT_EQ("The bundle context is no longer valid", refusal);
+    EXPECT_TRUE(reference.GetUsingBundles().empty());
+    lender->onReturn = [] {};
     stopAndWait(framework);
 }
 
