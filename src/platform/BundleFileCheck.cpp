@@ -9,6 +9,7 @@
 #include <new>
 #include <string_view>
 #include <system_error>
+#include <type_traits>
 
 namespace ostrel::platform {
 namespace {
@@ -26,7 +27,7 @@ std::string quoted(const std::string& text)
 
 /// Calls `otherwise(error)` when the file cannot be read.
 template <class Otherwise>
-auto read(const std::string& path, Otherwise otherwise) -> decltype(otherwise(std::system_error{{}}))
+std::invoke_result_t<Otherwise, const std::system_error&> read(const std::string& path, Otherwise otherwise)
 {
     try {
         return bundle_reader::read(path);

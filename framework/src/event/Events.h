@@ -78,6 +78,7 @@ public:
 
 private:
     static std::string textOf(char const* message) { return message; }
+    static std::string textOf(std::string const& message) { return message; }
     template <class MakeText>
     static std::string textOf(MakeText const& makeText)
     {

@@ -86,7 +86,7 @@ ServiceIndex::Reference ServiceIndex::add(std::shared_ptr<ServiceRecord> const& 
 
 ServiceIndex::Reference ServiceIndex::addEverywhere(std::shared_ptr<ServiceRecord> const& record, Rank const& rank)
 {
-    auto const untyped = std::make_shared<ReferenceData const>(ReferenceData{record, std::string()});
+    auto untyped = std::make_shared<ReferenceData const>(ReferenceData{record, std::string()});
     // Ids rise, so a new service nearly always comes last.
     auto const placed = m_all.emplace_hint(m_all.end(), rank.id, Placed{untyped, rank});
     auto& ofOwner = m_byOwner[record->owner().get()];

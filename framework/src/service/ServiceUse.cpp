@@ -308,10 +308,9 @@ InterfaceMapConstPtr ServiceRegistry::ask(ServiceFactory& factory, std::shared_p
         return object;
     }
     if (auto const* const missing = missingIn(*object, record->classes())) {
-        auto const text = "ServiceFactory produced an object that did not implement: " + *missing;
-        m_events->publish(
-            FrameworkEvent::FRAMEWORK_WARNING, user, [&text] { return text; },
-            std::make_exception_ptr(std::logic_error(text)));
+        std::string const text = "ServiceFactory produced an object that did not implement: " + *missing;
+        m_events->publish(FrameworkEvent::FRAMEWORK_WARNING, user, text,
+                          std::make_exception_ptr(std::logic_error(text)));
         return nullptr;
     }
     return object;
