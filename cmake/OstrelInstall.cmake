@@ -26,6 +26,10 @@ ostrel_set_install_run_path(ostrel_us_container "${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS ostrel_us_container EXPORT ostrel_us_container-targets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   FILE_SET public_headers DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ostrel_us_container")
+ostrel_set_install_run_path(ostrel_inspection "${CMAKE_INSTALL_LIBDIR}")
+install(TARGETS ostrel_inspection EXPORT ostrel_us_container-targets
+  LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
+  FILE_SET public_headers DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/ostrel_us_container")
 
 if(OSTREL_FRAMEWORK_TAKEN STREQUAL "embedded")
   # In a directory of their own, so that they never shadow or overwrite those of an installed CppMicroServices.

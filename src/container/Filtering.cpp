@@ -1,11 +1,11 @@
 #include "container/MicroServicesContainer.h"
 #include "container/Record.h"
 #include "container/ServiceWalk.h"
+#include "filtering/Decision.h"
 #include "platform/InstallBundles.h"
 
 #include <cppmicroservices/AnyMap.h>
 
-#include <algorithm>
 #include <cxxabi.h>
 #include <typeinfo>
 
@@ -18,82 +18,39 @@ using cppmicroservices::ServiceReferenceBase;
 
 namespace {
 
-bool anyRequired(const FilterMap& filterMap)
-{
-    return std::any_of(filterMap.begin(), filterMap.end(), [](const auto& entry) { return entry.second.second; });
-}
+/// Writes a record of each step.
+struct Recorder {
+    const std::string& name;
 
-bool valuesMatch(const AnyMap& alternative, const FilterMap& filterMap)
-{
-    for (const auto& [attribute, value] : alternative) {
-        // The text is rendered even for attributes that the host does not name: one that cannot be rendered makes the
-        // whole declaration one that cannot be evaluated.
-        const std::string text = value.ToString();
-        const auto expected = filterMap.find(attribute);
-        if (expected != filterMap.end() && text != expected->second.first) {
-            return false;
-        }
-    }
-    return true;
-}
+    void isList(const Any& filters) const { OSTREL_RECORD(messages::filters, name, filters.ToJSON()); }
 
-/// Whether the alternative names the attribute byte for byte; manifests are maps that find keys in any case.
-bool names(const AnyMap& alternative, const std::string& attribute)
-{
-    const auto entry = alternative.find(attribute);
-    return entry != alternative.end() && entry->first == attribute;
-}
-
-// KEPT ON PURPOSE: naming any one of several required attributes is enough.
-bool namesRequired(const AnyMap& alternative, const FilterMap& filterMap)
-{
-    bool required = false;
-    for (const auto& [attribute, condition] : filterMap) {
-        if (condition.second) {
-            if (names(alternative, attribute)) {
-                return true;
-            }
-            required = true;
-        }
-    }
-    return !required;
-}
-
-bool matches(const AnyMap& alternative, const FilterMap& filterMap)
-{
-    return valuesMatch(alternative, filterMap) && namesRequired(alternative, filterMap);
-}
-
-bool checkAlternatives(const Any& filters, const FilterMap& filterMap, const std::string& name)
-{
-    OSTREL_RECORD(messages::filters, name, filters.ToJSON());
-    for (const Any& element : cppmicroservices::ref_any_cast<std::vector<Any>>(filters)) {
-        if (element.Type() != typeid(AnyMap)) {
+    void isJudged(const filtering::Judgement& judgement) const
+    {
+        if (judgement.verdict == filtering::Verdict::notAMap) {
             OSTREL_RECORD(messages::invalidFilter, name);
-            continue;
-        }
-        const auto alternative = cppmicroservices::any_cast<AnyMap>(element);
-        if (matches(alternative, filterMap)) {
+        } else if (judgement.verdict == filtering::Verdict::matches) {
             OSTREL_RECORD(messages::filterMatches, name);
-            return true;
         }
     }
-    OSTREL_RECORD(messages::filterDoesNotMatch, name);
-    return false;
-}
 
-bool checkWithoutAlternatives(const Any& filters, const FilterMap& filterMap, const std::string& name)
-{
-    if (!filters.Empty()) {
-        OSTREL_RECORD(messages::unexpectedFilters, name, filters.ToJSON());
+    void noneMatches() const { OSTREL_RECORD(messages::filterDoesNotMatch, name); }
+
+    void isNoList(const Any& filters) const
+    {
+        if (!filters.Empty()) {
+            OSTREL_RECORD(messages::unexpectedFilters, name, filters.ToJSON());
+        }
     }
-    if (anyRequired(filterMap)) {
-        OSTREL_RECORD(messages::emptyFilterLacksRequired, name);
-        return false;
+
+    void isDecidedWithout(bool admitted) const
+    {
+        if (admitted) {
+            OSTREL_RECORD(messages::emptyFilterMatches, name);
+        } else {
+            OSTREL_RECORD(messages::emptyFilterLacksRequired, name);
+        }
     }
-    OSTREL_RECORD(messages::emptyFilterMatches, name);
-    return true;
-}
+};
 
 } // namespace
 
@@ -102,10 +59,7 @@ __attribute__((no_sanitize("null"))) bool checkFilter(const Any& filters, const 
                                                       const std::string& name)
 {
     try {
-        if (filters.Type() == typeid(std::vector<Any>)) {
-            return checkAlternatives(filters, filterMap, name);
-        }
-        return checkWithoutAlternatives(filters, filterMap, name);
+        return filtering::decide(filters, filterMap, Recorder{name});
     } catch (abi::__forced_unwind&) {
         throw; // a value that is rendered ends the thread; whoever stops its unwinding ends the process
     } catch (...) {
