@@ -9,7 +9,8 @@ expected=(
     include/ostrel_us_container/container/MicroServicesContainer.h
     include/ostrel_us_container/container/DiagnosticLog.h
     include/ostrel_us_container/platform/{Utf16Path,DiagnosticLogger,InstallBundles,Export}.h
-    "$libdir"/libostrel_us_container.so{,.1}
+    include/ostrel_us_container/inspection/{Condition,FilterExplanation,Export}.h
+    "$libdir"/libostrel_us_container.so{,.1} "$libdir"/libostrel_inspection.so{,.1}
     "$libdir"/cmake/ostrel_us_container/{ostrel_us_containerConfig,OstrelAddBundle}.cmake
     libexec/ostrel_us_container/ostrel_bundle_checker share/ostrel_us_container/manifest.schema.json
 )

@@ -37,7 +37,11 @@ check() {
 
 public_platform='"platform/(Utf16Path|DiagnosticLogger|InstallBundles|Export)\.h"'
 check include/container "$std|$framework_api|$public_platform|\"container/[A-Za-z]+\.h\""
-check src/container "$std|<cxxabi\.h>|$framework_api|$boost_log|\"(container|platform)/[A-Za-z0-9]+\.h\""
+check src/container "$std|<cxxabi\.h>|$framework_api|$boost_log|\"(container|filtering|platform)/[A-Za-z0-9]+\.h\""
+check src/filtering "$std|$framework_api|\"filtering/[A-Za-z]+\.h\""
+# What explains the container knows its public face, and the rule by which it decides.
+check include/inspection "$std|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"inspection/[A-Za-z]+\.h\""
+check inspection "$std|<cxxabi\.h>|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"(inspection|filtering)/[A-Za-z]+\.h\""
 check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|\"platform/[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 # The reader of bundle files: its folders, each with those below it. libzip is used in one of them, RapidJSON in another.
 reader_file='"bundle_reader/file/[A-Za-z0-9]+\.h"'

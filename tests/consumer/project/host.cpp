@@ -9,6 +9,7 @@
 #include <chrono>
 #include <container/DiagnosticLog.h>
 #include <container/MicroServicesContainer.h>
+#include <inspection/FilterExplanation.h>
 #include <iostream>
 #include <stdexcept>
 
@@ -19,6 +20,9 @@ void run(const cppmicroservices::BundleContext& context, const char* directory)
     namespace us = ostrel::us_container;
     us::MicroServicesContainer container{context, ostrel::platform::Utf16Path{ostrel::platform::toUtf16(directory)}};
     const us::FilterMap conditions;
+    if (!ostrel::inspection::explainFilter(cppmicroservices::Any{}, conditions).admitted) {
+        throw std::runtime_error{"what declares nothing is not admitted"};
+    }
     container.startBundles(conditions);
     container.loadServices(conditions);
     if (container.listManuallyLoadedBundles().size() != 1 || container.listManuallyLoadedServices().size() != 1) {
