@@ -1,11 +1,10 @@
 #include "inspection/FilterExplanation.h"
 
 #include "filtering/Decision.h"
+#include "inspection/Attempt.h"
 #include "inspection/SmallestChange.h"
 
 #include <algorithm>
-#include <cxxabi.h>
-#include <new>
 #include <typeinfo>
 
 namespace ostrel::inspection {
@@ -94,30 +93,6 @@ private:
     bool m_isDeclared = false;
 };
 
-/// What `work` returns, or `otherwise` when it throws: what cannot be rendered is foreign code that may throw anything.
-// UBSan: the reference to the unwinding of a thread that ends is null in libstdc++.
-template <typename Work, typename Otherwise>
-__attribute__((no_sanitize("null"))) bool attempted(Work work, Otherwise otherwise)
-{
-    try {
-        return work();
-    } catch (abi::__forced_unwind&) {
-        throw;
-    } catch (...) {
-        return otherwise();
-    }
-}
-
-bool canBeWrittenAsJson(const Any& filters)
-{
-    return attempted(
-        [&filters] {
-            (void)filters.ToJSON();
-            return true;
-        },
-        [] { return false; });
-}
-
 } // namespace
 
 std::string_view toText(Reason reason)
@@ -170,13 +145,13 @@ FilterExplanation explainFilter(const Any& filters, const FilterMap& filterMap)
 {
     FilterExplanation explanation;
     Notes notes{filterMap, explanation};
-    explanation.admitted = attempted([&] { return filtering::decide(filters, filterMap, notes); },
-                                     [&notes] {
-                                         notes.isUnreadable();
-                                         return true;
-                                     });
+    const auto decided = attempted([&] { return filtering::decide(filters, filterMap, notes); });
+    if (!decided) {
+        notes.isUnreadable();
+    }
+    explanation.admitted = decided.value_or(true);
     if (!explanation.admitted) {
-        if (!filters.Empty() && !canBeWrittenAsJson(filters)) {
+        if (!filters.Empty() && !attempted([&filters] { return filters.ToJSON(); })) {
             explanation.hints.emplace_back("the declaration cannot be written as JSON, so it is admitted while records "
                                            "of its evaluation are on");
         }

@@ -1,17 +1,17 @@
 #include "inspection/SmallestChange.h"
 
 #include "filtering/Decision.h"
+#include "inspection/Attempt.h"
 
 #include <cppmicroservices/AnyMap.h>
 
 #include <algorithm>
-#include <cxxabi.h>
 #include <limits>
 #include <map>
-#include <new>
 #include <set>
 #include <typeinfo>
 #include <utility>
+#include <vector>
 
 namespace ostrel::inspection {
 
@@ -39,19 +39,21 @@ struct Target {
     bool asksForRequired = true;                 ///< false: whatever is required, as a text that is reached then throws
 };
 
-/// The text of a value, or none when it cannot be rendered.
-// UBSan: the reference to the unwinding of a thread that ends is null in libstdc++.
-__attribute__((no_sanitize("null"))) std::optional<std::string> textOf(const Any& value)
+/// The fewest edits of some names, in each of the ways in which they may serve a target.
+struct Costs {
+    unsigned any = 0;           ///< whatever is required
+    unsigned none = 0;          ///< nothing is
+    unsigned toRequire = never; ///< how many more, to have a name required that the target names
+};
+
+Costs operator+(const Costs& a, const Costs& b)
 {
-    try {
-        return value.ToString();
-    } catch (abi::__forced_unwind&) {
-        throw;
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (...) {
-        return std::nullopt;
-    }
+    return {std::min(a.any + b.any, never), std::min(a.none + b.none, never), std::min(a.toRequire, b.toRequire)};
+}
+
+unsigned fewestFor(const Target& target, const Costs& all)
+{
+    return target.asksForRequired ? std::min(all.none, std::min(all.any + all.toRequire, never)) : all.any;
 }
 
 bool canBeCarried(const std::string& name)
@@ -70,15 +72,13 @@ private:
     void readAlternative(const AnyMap& alternative);
     void addNames();
     std::vector<Option> optionsOf(const std::string& name) const;
-    unsigned fewestEdits(const Target& target) const;
-    unsigned fewestEdits() const;
     bool admits(const FilterMap& filterMap) const;
 
     const Any& m_filters;
     const FilterMap& m_filterMap;
     std::vector<Target> m_targets;
     std::map<std::string, std::set<std::string>> m_values; // the texts declared for a name
-    std::map<std::string, std::vector<Option>> m_options;  // the ways that are still open for a name, the first best
+    std::map<std::string, std::vector<Option>> m_options;  // the ways to treat a name, the preferred one first
 };
 
 void Search::readAlternative(const AnyMap& alternative)
@@ -87,7 +87,7 @@ void Search::readAlternative(const AnyMap& alternative)
     for (const auto& [attribute, value] : alternative) {
         target.named.insert(attribute);
         m_values[attribute]; // also without a text, as its condition may go
-        const auto text = textOf(value);
+        const auto text = attempted([&value = value] { return value.ToString(); });
         if (text) {
             m_values[attribute].insert(*text);
         }
@@ -164,53 +164,31 @@ void Search::addNames()
     }
 }
 
-/// With the ways that are open: each name by itself, but for one that has to be required if any is.
-unsigned Search::fewestEdits(const Target& target) const
+/// Of one name, with any of these ways.
+Costs costsOf(const Target& target, const std::string& name, const Option* begin, const Option* end)
 {
-    unsigned any = 0;           // whatever is required
-    unsigned none = 0;          // nothing is
-    unsigned toRequire = never; // what it costs more to have a name required that the target names
-    for (const auto& [name, options] : m_options) {
-        const auto declared = target.declared.find(name);
-        const bool isNamed = target.named.count(name) != 0;
-        unsigned least = never;
-        unsigned leastNotRequired = never;
-        unsigned leastRequired = never;
-        for (const auto& [after, edits] : options) {
-            if (after && declared != target.declared.end() && after->first != declared->second) {
-                continue;
-            }
-            least = std::min(least, edits);
-            if (!after || !after->second) {
-                leastNotRequired = std::min(leastNotRequired, edits);
-            } else if (isNamed) {
-                leastRequired = std::min(leastRequired, edits);
-            }
+    const auto declared = target.declared.find(name);
+    const bool isNamed = target.named.count(name) != 0;
+    unsigned least = never;
+    unsigned leastNotRequired = never;
+    unsigned leastRequired = never;
+    for (const Option* option = begin; option != end; ++option) {
+        const auto& [after, edits] = *option;
+        if (after && declared != target.declared.end() && after->first != declared->second) {
+            continue;
         }
-        any = std::min(any + least, never);
-        none = std::min(none + leastNotRequired, never);
-        if (least != never && leastRequired != never) {
-            toRequire = std::min(toRequire, leastRequired - least);
+        least = std::min(least, edits);
+        if (!after || !after->second) {
+            leastNotRequired = std::min(leastNotRequired, edits);
+        } else if (isNamed) {
+            leastRequired = std::min(leastRequired, edits);
         }
     }
-    if (!target.asksForRequired) {
-        return any;
-    }
-    return std::min(none, std::min(any + toRequire, never));
-}
-
-unsigned Search::fewestEdits() const
-{
-    unsigned fewest = never;
-    for (const Target& target : m_targets) {
-        fewest = std::min(fewest, fewestEdits(target));
-    }
-    return fewest;
+    return {least, leastNotRequired, leastRequired == never ? never : leastRequired - least};
 }
 
 /// Decides once more. A text that cannot be rendered admits.
-// UBSan: the reference to the unwinding of a thread that ends is null in libstdc++.
-__attribute__((no_sanitize("null"))) bool Search::admits(const FilterMap& filterMap) const
+bool Search::admits(const FilterMap& filterMap) const
 {
     struct Watcher {
         void isList(const Any&) const {}
@@ -219,37 +197,47 @@ __attribute__((no_sanitize("null"))) bool Search::admits(const FilterMap& filter
         void isNoList(const Any&) const {}
         void isDecidedWithout(bool) const {}
     };
-    try {
-        return filtering::decide(m_filters, filterMap, Watcher{});
-    } catch (abi::__forced_unwind&) {
-        throw;
-    } catch (const std::bad_alloc&) {
-        throw;
-    } catch (...) {
-        return true;
-    }
+    return attempted([&] { return filtering::decide(m_filters, filterMap, Watcher{}); }).value_or(true);
 }
 
 std::optional<Conditions> Search::run()
 {
     readDeclaration();
     addNames();
-    const unsigned fewest = fewestEdits();
+    // Of each target, what the names from one on cost, so that a name costs no look at the others.
+    std::vector<std::vector<Costs>> from(m_targets.size(), std::vector<Costs>(m_options.size() + 1));
+    unsigned fewest = never;
+    for (std::size_t t = 0; t < m_targets.size(); ++t) {
+        std::size_t at = m_options.size();
+        for (auto entry = m_options.rbegin(); entry != m_options.rend(); ++entry, --at) {
+            const auto& [name, options] = *entry;
+            from[t][at - 1] =
+                costsOf(m_targets[t], name, options.data(), options.data() + options.size()) + from[t][at];
+        }
+        fewest = std::min(fewest, fewestFor(m_targets[t], from[t][0]));
+    }
     if (fewest >= never) {
         return std::nullopt;
     }
     FilterMap changed;
-    for (auto& [name, open] : m_options) {
+    std::vector<Costs> before(m_targets.size());
+    std::size_t at = 0;
+    for (const auto& [name, options] : m_options) {
+        ++at;
         // The first way with which the rest can still be done with as few edits.
-        std::vector<Option> options = std::exchange(open, {});
-        for (Option& option : options) {
-            open.assign(1, option);
-            if (fewestEdits() == fewest) {
-                break;
+        const auto chosen = std::find_if(options.begin(), options.end(), [&, name = name](const Option& option) {
+            unsigned least = never;
+            for (std::size_t t = 0; t < m_targets.size(); ++t) {
+                const Costs own = costsOf(m_targets[t], name, &option, &option + 1);
+                least = std::min(least, fewestFor(m_targets[t], before[t] + own + from[t][at]));
             }
+            return least == fewest;
+        });
+        for (std::size_t t = 0; t < m_targets.size(); ++t) {
+            before[t] = before[t] + costsOf(m_targets[t], name, &*chosen, &*chosen + 1);
         }
-        if (const State& after = open.front().after) {
-            changed.emplace(name, *after);
+        if (chosen->after) {
+            changed.emplace(name, *chosen->after);
         }
     }
     return admits(changed) ? std::optional{toConditions(changed)} : std::nullopt;

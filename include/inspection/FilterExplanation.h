@@ -68,7 +68,7 @@ struct FilterExplanation {
 /// @throws std::bad_alloc
 /// @locks  none
 /// @logs   nothing
-/// @cost   grows with the number of alternatives, and with the square of the number of names
+/// @cost   of what is refused: its JSON, and a look at each alternative for each way to treat each name
 OSTREL_INSPECTION_EXPORT FilterExplanation explainFilter(const cppmicroservices::Any& filters,
                                                          const us_container::FilterMap& filterMap);
 
