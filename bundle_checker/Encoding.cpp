@@ -1,7 +1,7 @@
 #include "bundle_checker/Encoding.h"
 
-#include "bundle_checker/Utf8.h"
 #include "bundle_checker/Words.h"
+#include "text/Utf8.h"
 
 namespace ostrel::bundle_checker {
 namespace {
@@ -40,7 +40,7 @@ void describeEncoding(std::string_view text, Findings& findings)
                                "UTF-8");
             }
             i += lengthOfEscape(rest);
-        } else if (const std::size_t length = characterLength(rest); length != 0) {
+        } else if (const std::size_t length = text::characterLength(rest); length != 0) {
             i += length;
         } else {
             firstBad = badBytes == 0 ? i : firstBad;

@@ -1,9 +1,9 @@
 #include "bundle_checker/UnknownKeys.h"
 
-#include "bundle_checker/NearestKey.h"
 #include "bundle_checker/Words.h"
 #include "bundle_reader/manifest/ManifestKeys.h"
 #include "bundle_reader/manifest/ManifestRules.h"
+#include "text/Nearest.h"
 
 #include <algorithm>
 #include <string>
@@ -36,7 +36,7 @@ void describeMembers(const JsonValue& map, const std::string& path, const std::v
             continue;
         }
         std::string hint = ", which nobody looks at; known are " + list;
-        if (const std::string_view nearest = nearestKey(member.key, known); !nearest.empty()) {
+        if (const std::string_view nearest = text::nearest(member.key, known); !nearest.empty()) {
             hint = ": did you mean " + quoted(nearest) + '?';
         } else if (member.key.find('.') != std::string::npos) {
             hint = ", which nobody looks at, for it is one key with dots; write nested objects";
@@ -58,7 +58,7 @@ void describeFrameworkKeys(const JsonValue& root, Findings& findings)
         if (!isSameKey(key.substr(0, prefix.size()), prefix) || isKnown(key.substr(prefix.size()), known)) {
             continue;
         }
-        const std::string_view nearest = nearestKey(key.substr(prefix.size()), known);
+        const std::string_view nearest = text::nearest(key.substr(prefix.size()), known);
         addWarning(findings, member.offset,
                    "unknown key " + quoted(key) +
                        (nearest.empty() ? ", which nobody looks at; give keys of your own another beginning"

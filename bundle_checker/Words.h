@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bundle_reader/manifest/Json.h"
+#include "text/Escape.h"
 
 #include <cstddef>
 #include <string>
@@ -8,9 +9,7 @@
 
 namespace ostrel::bundle_checker {
 
-/// The text with all that a terminal could take for a command written as escapes: control characters, those of one byte
-/// and those of two (U+0080 to U+009F), and bytes that are no UTF-8. At most `limit` bytes of it are shown.
-std::string escaped(std::string_view text, std::size_t limit = 200);
+using text::escaped;
 
 /// The text as escaped() has it, in double quotation marks.
 std::string quoted(std::string_view text);

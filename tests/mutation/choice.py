@@ -10,7 +10,7 @@ import operators
 from cpp_text import Lines
 
 # The folders whose code is broken unless other files are asked for.
-FOLDERS = ("bundle_checker", "bundle_reader", "framework/src", "framework/tools", "inspection", "src", "tools")
+FOLDERS = ("bundle_checker", "bundle_reader", "framework/src", "framework/tools", "inspection", "src", "text", "tools")
 
 
 class BadSelection(Exception):

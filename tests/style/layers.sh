@@ -39,9 +39,9 @@ public_platform='"platform/(Utf16Path|DiagnosticLogger|InstallBundles|Export)\.h
 check include/container "$std|$framework_api|$public_platform|\"container/[A-Za-z]+\.h\""
 check src/container "$std|<cxxabi\.h>|$framework_api|$boost_log|\"(container|filtering|platform)/[A-Za-z0-9]+\.h\""
 check src/filtering "$std|$framework_api|\"filtering/[A-Za-z]+\.h\""
-# What explains the container knows its public face, and the rule by which it decides.
+# What explains the container knows its public face, the rule by which it decides, and the reader of bundle files.
 check include/inspection "$std|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"inspection/[A-Za-z]+\.h\""
-check inspection "$std|<cxxabi\.h>|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"(inspection|filtering)/[A-Za-z]+\.h\""
+check inspection "$std|$posix|<openssl/[a-z]+\.h>|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"(inspection|filtering|text)/([a-z]+/)?[A-Za-z]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|\"platform/[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 # The reader of bundle files: its folders, each with those below it. libzip is used in one of them, RapidJSON in another.
 reader_file='"bundle_reader/file/[A-Za-z0-9]+\.h"'
@@ -58,13 +58,15 @@ for folder in bundle_reader/*/; do
         wrong=1
     fi
 done
-check bundle_checker "$std|$posix|\"bundle_(checker|reader)/([a-z]+/)?[A-Za-z0-9]+\.h\""
+check text "$std|\"text/[A-Za-z0-9]+\.h\""
+check bundle_checker "$std|$posix|\"text/[A-Za-z0-9]+\.h\"|\"bundle_(checker|reader)/([a-z]+/)?[A-Za-z0-9]+\.h\""
 check framework/include "$std|$framework_api"
 check framework/src "$std|$posix|$framework_api|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\"" framework/src
 check framework/tools "$std|$posix|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 installed="[<\"](container|platform)/(MicroServicesContainer|DiagnosticLog|Utf16Path|DiagnosticLogger|InstallBundles)\.h[>\"]"
+explained='<inspection/[A-Za-z]+\.h>'
 boost_for_hosts="$boost_log|<boost/((core|smart_ptr)/[a-z_]+|make_shared|shared_ptr)\.hpp>"
-check tools "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>" tools/host
+check tools "$std|$posix|$framework_api|$installed|$explained|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>" tools/host
 check examples "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>|<text/[A-Za-z]+\.h>"
 # The contract tests run on a bare framework; the archives that it reads are made with libzip.
 check tests/contract "$std|$posix|$framework_api|<zip\.h>|<(gtest|gmock)/[a-z]+\.h>|\"support/[A-Za-z0-9]+\.h\"" tests/contract tests

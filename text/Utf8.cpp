@@ -1,6 +1,6 @@
-#include "bundle_checker/Utf8.h"
+#include "text/Utf8.h"
 
-namespace ostrel::bundle_checker {
+namespace ostrel::text {
 namespace {
 
 bool isContinuation(char c)
@@ -38,4 +38,4 @@ std::size_t characterLength(std::string_view text)
     return allowed ? length : 0;
 }
 
-} // namespace ostrel::bundle_checker
+} // namespace ostrel::text

@@ -1,5 +1,5 @@
 // Which bytes begin a character, at the edges of each length.
-#include "bundle_checker/Utf8.h"
+#include "text/Utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-using ostrel::bundle_checker::characterLength;
+using ostrel::text::characterLength;
 
 TEST(Utf8, GivenFirstAndLastOfEachLength_WhenMeasured_ThenTheyAreCharacters)
 {

@@ -1,9 +1,9 @@
-#include "bundle_checker/NearestKey.h"
+#include "text/Nearest.h"
 
 #include <algorithm>
 #include <cstddef>
 
-namespace ostrel::bundle_checker {
+namespace ostrel::text {
 namespace {
 
 char folded(char c)
@@ -40,23 +40,23 @@ std::size_t distanceOf(std::string_view left, std::string_view right)
 
 } // namespace
 
-std::string_view nearestKey(std::string_view key, const std::vector<std::string_view>& known)
+std::string_view nearest(std::string_view word, const std::vector<std::string_view>& known)
 {
-    std::string_view nearest;
+    std::string_view found;
     std::size_t least = 0;
     for (const std::string_view candidate : known) {
         // Slips of the pen, and not another word: one letter of three.
         const std::size_t limit = candidate.size() / 3;
-        if (key.size() > candidate.size() + limit || candidate.size() > key.size() + limit) {
+        if (word.size() > candidate.size() + limit || candidate.size() > word.size() + limit) {
             continue;
         }
-        const std::size_t distance = distanceOf(key, candidate);
-        if (distance <= limit && (nearest.empty() || distance < least)) {
-            nearest = candidate;
+        const std::size_t distance = distanceOf(word, candidate);
+        if (distance <= limit && (found.empty() || distance < least)) {
+            found = candidate;
             least = distance;
         }
     }
-    return nearest;
+    return found;
 }
 
-} // namespace ostrel::bundle_checker
+} // namespace ostrel::text
