@@ -1,13 +1,12 @@
 #include "platform/BundleFileCheck.h"
 
+#include "bundle_reader/Holding.h"
 #include "bundle_reader/elf/FrameworkNeeded.h"
 #include "platform/InstallError.h"
 #include "platform/ManifestCheck.h"
 #include "platform/RunningFramework.h"
 
-#include <algorithm>
 #include <new>
-#include <string_view>
 #include <system_error>
 #include <type_traits>
 
@@ -17,7 +16,6 @@ namespace {
 using bundle_reader::Archive;
 using bundle_reader::Contents;
 using bundle_reader::Folder;
-using bundle_reader::Format;
 using bundle_reader::Framework;
 
 std::string quoted(const std::string& text)
@@ -39,12 +37,6 @@ std::invoke_result_t<Otherwise, const std::system_error&> read(const std::string
     }
 }
 
-bool endsInSo(const std::string& path)
-{
-    constexpr std::string_view suffix{".so"};
-    return path.size() >= suffix.size() && path.compare(path.size() - suffix.size(), suffix.size(), suffix) == 0;
-}
-
 void refuseBroken(const std::string& path, const Contents& contents)
 {
     if (contents.truncated) {
@@ -56,27 +48,24 @@ void refuseBroken(const std::string& path, const Contents& contents)
     }
 }
 
-bool hasManifest(const Contents& contents)
+/// Why the file is no bundle.
+std::string told(bundle_reader::Holding holding, const std::string& path)
 {
-    return std::any_of(contents.folders.begin(), contents.folders.end(),
-                       [](const Folder& folder) { return folder.manifest.has_value(); });
-}
-
-/// Why the file is no bundle; empty when it is one.
-std::string whyNoBundle(const std::string& path, const Contents& contents)
-{
-    if (contents.format == Format::other) {
+    using bundle_reader::Holding;
+    const std::string noManifest = "the archive in " + quoted(path) + " holds no manifest (";
+    switch (holding) {
+    case Holding::neitherLibraryNorArchive:
         return quoted(path) + " is no bundle: it is neither a shared object nor a zip archive";
-    }
-    if (contents.archive == Archive::none) {
+    case Holding::noArchive:
         return "the shared object " + quoted(path) +
                " holds no archive and so no bundle; build it with ostrel_add_bundle()";
-    }
-    if (!hasManifest(contents)) {
-        return "the archive in " + quoted(path) + " holds no manifest (" +
-               (contents.rootManifest ? "its manifest.json lies in no folder, but must lie in one named like the bundle"
-                                      : "no <symbolic name>/manifest.json") +
-               "); build the bundle again with a manifest";
+    case Holding::rootManifest:
+        return noManifest + "its manifest.json lies in no folder, but must lie in one named like the bundle); build "
+                            "the bundle again with a manifest";
+    case Holding::noManifest:
+        return noManifest + "no <symbolic name>/manifest.json); build the bundle again with a manifest";
+    case Holding::bundles:
+        break;
     }
     return {};
 }
@@ -133,11 +122,10 @@ std::vector<BundleIdentity> bundlesIn(const std::string& path, const Contents& c
 {
     refuseBroken(path, contents);
 
-    const std::string why = whyNoBundle(path, contents);
-    if (!why.empty()) {
-        const bool plainLibrary = contents.format == Format::elf && contents.archive == Archive::none;
-        if (role == FileRole::named || (endsInSo(path) && !plainLibrary)) {
-            failInstall(why);
+    const bundle_reader::Holding holding = bundle_reader::holdingOf(contents);
+    if (holding != bundle_reader::Holding::bundles) {
+        if (role == FileRole::named || !bundle_reader::isPassedOver(path, contents)) {
+            failInstall(told(holding, path));
         }
         return {};
     }

@@ -1,9 +1,9 @@
 #include "platform/InstallBundles.h"
 
+#include "bundle_reader/file/FileList.h"
 #include "platform/BundleFileCheck.h"
 #include "platform/InstallError.h"
 #include "platform/InstalledFiles.h"
-#include "platform/RegularFiles.h"
 #include "platform/Utf8.h"
 
 #include <algorithm>
@@ -184,7 +184,11 @@ std::vector<Bundle> installBundles(BundleContext context, const Utf16Path& path)
     }
     if (S_ISDIR(status.st_mode)) {
         const std::string prefix = name.back() == '/' ? name : name + '/';
-        for (const std::string& file : regularFiles(name)) {
+        const bundle_reader::FileList list = bundle_reader::listFiles(name);
+        if (list.error != 0) {
+            failToRead(list.unreadable, list.error);
+        }
+        for (const std::string& file : list.files) {
             const std::string filePath = prefix + file;
             installation.install(filePath, readBundleFile(filePath), FileRole::listed);
         }
