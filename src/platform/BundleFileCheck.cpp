@@ -4,7 +4,7 @@
 #include "bundle_reader/elf/FrameworkNeeded.h"
 #include "platform/InstallError.h"
 #include "platform/ManifestCheck.h"
-#include "platform/RunningFramework.h"
+#include "process/RunningFramework.h"
 
 #include <new>
 #include <system_error>
@@ -72,7 +72,7 @@ std::string told(bundle_reader::Holding holding, const std::string& path)
 
 void refuseForeign(const std::string& path, const Contents& contents)
 {
-    const Framework running = runningFramework();
+    const Framework running = process::runningFramework();
     const bundle_reader::BuiltFor foreign = bundle_reader::builtFor(contents.needed, running);
     if (running == Framework::none || foreign.framework == Framework::none) {
         return;

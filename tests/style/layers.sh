@@ -41,8 +41,9 @@ check src/container "$std|<cxxabi\.h>|$framework_api|$boost_log|\"(container|fil
 check src/filtering "$std|$framework_api|\"filtering/[A-Za-z]+\.h\""
 # What explains the container knows its public face, the rule by which it decides, and the reader of bundle files.
 check include/inspection "$std|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"inspection/[A-Za-z]+\.h\""
-check inspection "$std|$posix|<openssl/[a-z]+\.h>|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"(inspection|filtering|text)/([a-z]+/)?[A-Za-z]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
-check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|\"platform/[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
+check inspection "$std|$posix|<openssl/[a-z]+\.h>|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"(inspection|filtering|process|text|bundle_checker)/([a-z]+/)?[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
+check src/process "$std|$posix|$framework_api|\"process/[A-Za-z]+\.h\"|\"bundle_reader/elf/FrameworkNeeded\.h\""
+check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|\"(platform|process)/[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 # The reader of bundle files: its folders, each with those below it. libzip is used in one of them, RapidJSON in another.
 reader_file='"bundle_reader/file/[A-Za-z0-9]+\.h"'
 check bundle_reader/file "$std|$posix|<linux/openat2\.h>|$reader_file"

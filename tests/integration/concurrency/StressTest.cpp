@@ -1,7 +1,7 @@
 // All public operations from eight threads on two containers over one framework, while bundles and services call back.
 #include "integration/concurrency/CallingBack.h"
 #include "integration/concurrency/Operations.h"
-#include "platform/RunningFramework.h"
+#include "process/RunningFramework.h"
 #include "support/ContainerFixture.h"
 
 #include <gmock/gmock.h>
@@ -30,7 +30,7 @@ constexpr unsigned rounds = 5;
 /// CppMicroServices 3.8.4 forgets an object that its factory makes just while the service goes.
 bool everyObjectIsGivenBack()
 {
-    return ostrel::platform::runningFramework() == ostrel::bundle_reader::Framework::embedded;
+    return ostrel::process::runningFramework() == ostrel::bundle_reader::Framework::embedded;
 }
 
 const std::string wordName = "ostrel::test::Word";

@@ -1,7 +1,7 @@
 // A program at a fixed address that takes the address of a framework's function: the function then has an address in
 // the program, for the framework's own library as well.
 
-#include "platform/RunningFramework.h"
+#include "process/RunningFramework.h"
 
 #include <cppmicroservices/Framework.h>
 #include <cppmicroservices/FrameworkFactory.h>
@@ -30,7 +30,7 @@ TEST(FixedProgram, GivenFunctionWithAddressInProgram_WhenFrameworkIsAsked_ThenIt
     const std::string holder = holderOf(&FrameworkFactory::NewFramework);
     ASSERT_NE(holder.find("unit_fixed_program"), std::string::npos) << holder << ": the address is that of a library";
 
-    EXPECT_NE(ostrel::platform::runningFramework(), ostrel::bundle_reader::Framework::none);
+    EXPECT_NE(ostrel::process::runningFramework(), ostrel::bundle_reader::Framework::none);
 }
 
 } // namespace

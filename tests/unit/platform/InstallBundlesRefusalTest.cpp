@@ -1,5 +1,5 @@
 #include "platform/InstallBundles.h"
-#include "platform/RunningFramework.h"
+#include "process/RunningFramework.h"
 #include "support/Host.h"
 #include "unit/ZipText.h"
 
@@ -166,7 +166,7 @@ TEST_F(InstallRefusal, GivenStoppedFramework_WhenInstalled_ThenItsOwnErrorPasses
 
 TEST_F(InstallRefusal, GivenBundleForOtherFramework_WhenInstalled_ThenItIsRefusedByName)
 {
-    const bool embedded = runningFramework() == ostrel::bundle_reader::Framework::embedded;
+    const bool embedded = ostrel::process::runningFramework() == ostrel::bundle_reader::Framework::embedded;
     host.write("a.so", contentOf(embedded ? UNIT_OF_INSTALLED : UNIT_OF_EMBEDDED) + bundleZip("n"));
 
     const std::string text = textOfDirectory();
@@ -179,7 +179,7 @@ TEST_F(InstallRefusal, GivenBundleForOtherFramework_WhenInstalled_ThenItIsRefuse
 
 TEST_F(InstallRefusal, GivenBundleForThisFramework_WhenInstalled_ThenItIsInstalled)
 {
-    const bool embedded = runningFramework() == ostrel::bundle_reader::Framework::embedded;
+    const bool embedded = ostrel::process::runningFramework() == ostrel::bundle_reader::Framework::embedded;
     host.write("a.so", contentOf(embedded ? UNIT_OF_EMBEDDED : UNIT_OF_INSTALLED) + bundleZip("n"));
 
     EXPECT_EQ(textOfDirectory(), "nothing was thrown");

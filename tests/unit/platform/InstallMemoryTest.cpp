@@ -1,7 +1,7 @@
 // Installing while memory fails. All allocations of the program are counted, so this is a program of its own.
 
 #include "platform/InstallBundles.h"
-#include "platform/RunningFramework.h"
+#include "process/RunningFramework.h"
 #include "support/FailingMemory.h"
 #include "support/Host.h"
 #include "support/TestBundles.h"
@@ -39,7 +39,7 @@ protected:
     InstallMemory()
     {
         // What an installed framework does without memory is not this project's.
-        if (runningFramework() != ostrel::bundle_reader::Framework::embedded) {
+        if (ostrel::process::runningFramework() != ostrel::bundle_reader::Framework::embedded) {
             seams.installBundles = [this](const std::string& location) {
                 const UncountedMemory ofFramework;
                 return reallyInstallBundles(host->context(), location);

@@ -1,6 +1,6 @@
 // What an installation costs does not grow with what a file holds besides its headers and its archive.
 #include "platform/InstallBundles.h"
-#include "platform/RunningFramework.h"
+#include "process/RunningFramework.h"
 #include "support/Host.h"
 #include "support/LargeLibrary.h"
 #include "unit/ZipText.h"
@@ -46,7 +46,7 @@ protected:
     /// A library of 400 MiB for the framework of this process, with an archive behind it.
     std::string make()
     {
-        const bool embedded = runningFramework() == ostrel::bundle_reader::Framework::embedded;
+        const bool embedded = ostrel::process::runningFramework() == ostrel::bundle_reader::Framework::embedded;
         const auto file = host.directory() / "large.so";
         writeLargeLibrary(file, contentOf(embedded ? UNIT_OF_EMBEDDED : UNIT_OF_INSTALLED), 400 * mebibyte);
         std::ofstream{file, std::ios::app | std::ios::binary} << bundleZip("large");

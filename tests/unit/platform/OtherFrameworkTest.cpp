@@ -1,6 +1,6 @@
 // A program that has a library named like the other framework in it, before its own framework's.
 
-#include "platform/RunningFramework.h"
+#include "process/RunningFramework.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ TEST(OtherFramework, GivenLibraryNamedLikeIt_WhenFrameworkIsAsked_ThenItIsTheOne
     const Framework other = frameworkOf(unitFramework);
     ASSERT_NE(other, Framework::none);
 
-    EXPECT_EQ(ostrel::platform::runningFramework(),
+    EXPECT_EQ(ostrel::process::runningFramework(),
               other == Framework::embedded ? Framework::installed : Framework::embedded);
 }
 

@@ -1,4 +1,4 @@
-#include "platform/RunningFramework.h"
+#include "process/RunningFramework.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <string>
 
 using ostrel::bundle_reader::Framework;
-using ostrel::platform::runningFramework;
+using ostrel::process::runningFramework;
 
 namespace {
 

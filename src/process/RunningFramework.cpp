@@ -1,4 +1,4 @@
-#include "platform/RunningFramework.h"
+#include "process/RunningFramework.h"
 
 #include <cppmicroservices/Framework.h>
 #include <cppmicroservices/FrameworkFactory.h>
@@ -8,7 +8,7 @@
 #include <link.h>
 #include <string_view>
 
-namespace ostrel::platform {
+namespace ostrel::process {
 namespace {
 
 using bundle_reader::Framework;
@@ -60,4 +60,4 @@ Framework runningFramework() noexcept
     return framework;
 }
 
-} // namespace ostrel::platform
+} // namespace ostrel::process

@@ -2,7 +2,7 @@
 
 #include "bundle_reader/elf/FrameworkNeeded.h"
 
-namespace ostrel::platform {
+namespace ostrel::process {
 
 /// The framework that this process runs on, by the file name of the library that holds FrameworkFactory.
 ///
@@ -11,4 +11,4 @@ namespace ostrel::platform {
 /// @cost   the first call looks through the loaded libraries, the others cost nothing
 bundle_reader::Framework runningFramework() noexcept;
 
-} // namespace ostrel::platform
+} // namespace ostrel::process
