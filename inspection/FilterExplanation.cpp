@@ -2,6 +2,7 @@
 
 #include "filtering/Decision.h"
 #include "inspection/Attempt.h"
+#include "inspection/Decision.h"
 #include "inspection/SmallestChange.h"
 
 #include <algorithm>
@@ -95,53 +96,7 @@ private:
 
 } // namespace
 
-std::string_view toText(Reason reason)
-{
-    switch (reason) {
-    case Reason::alternativeMatches:
-        return "alternative-matches";
-    case Reason::noDeclaration:
-        return "no-declaration";
-    case Reason::noDeclarationButRequired:
-        return "no-declaration-but-required";
-    case Reason::notAList:
-        return "not-a-list";
-    case Reason::notAListButRequired:
-        return "not-a-list-but-required";
-    case Reason::emptyList:
-        return "empty-list";
-    case Reason::noMap:
-        return "no-map";
-    case Reason::valueDiffers:
-        return "value-differs";
-    case Reason::requiredNotNamed:
-        return "required-not-named";
-    case Reason::unreadable:
-        break;
-    }
-    return "unreadable";
-}
-
-std::string_view toText(Verdict verdict)
-{
-    switch (verdict) {
-    case Verdict::matches:
-        return "matches";
-    case Verdict::valueDiffers:
-        return "value-differs";
-    case Verdict::requiredNotNamed:
-        return "required-not-named";
-    case Verdict::notAMap:
-        return "not-a-map";
-    case Verdict::unreadable:
-        return "unreadable";
-    case Verdict::notReached:
-        break;
-    }
-    return "not-reached";
-}
-
-FilterExplanation explainFilter(const Any& filters, const FilterMap& filterMap)
+FilterExplanation explainDecision(const Any& filters, const FilterMap& filterMap)
 {
     FilterExplanation explanation;
     Notes notes{filterMap, explanation};
@@ -150,6 +105,12 @@ FilterExplanation explainFilter(const Any& filters, const FilterMap& filterMap)
         notes.isUnreadable();
     }
     explanation.admitted = decided.value_or(true);
+    return explanation;
+}
+
+FilterExplanation explainFilter(const Any& filters, const FilterMap& filterMap)
+{
+    FilterExplanation explanation = explainDecision(filters, filterMap);
     if (!explanation.admitted) {
         if (!filters.Empty() && !attempted([&filters] { return filters.ToJSON(); })) {
             explanation.hints.emplace_back("the declaration cannot be written as JSON, so it is admitted while records "

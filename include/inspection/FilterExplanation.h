@@ -12,7 +12,7 @@
 /// Why a container does what it does, as plain values that can be compared, printed and tested.
 namespace ostrel::inspection {
 
-/// What decided about a declaration.
+/// What decided about a declaration, or about a bundle or service before its declaration was looked at.
 enum class Reason {
     alternativeMatches,       ///< admitted
     noDeclaration,            ///< admitted
@@ -24,6 +24,8 @@ enum class Reason {
     valueDiffers,             ///< refused: some alternative has another text than a condition
     requiredNotNamed,         ///< refused: no alternative names any required attribute
     unreadable,               ///< admitted: a text cannot be rendered
+    noZqMap,                  ///< a service without the property "zq", or with one that is no map: admitted unasked
+    noComponentName,          ///< a bundle without: the start ends
 };
 
 /// What became of an alternative.
@@ -32,6 +34,9 @@ enum class Verdict { matches, valueDiffers, requiredNotNamed, notAMap, unreadabl
 /// "alternative-matches" and so on, as JSON and documents name them.
 OSTREL_INSPECTION_EXPORT std::string_view toText(Reason reason);
 OSTREL_INSPECTION_EXPORT std::string_view toText(Verdict verdict);
+
+/// "value differs" and so on, for a sentence.
+OSTREL_INSPECTION_EXPORT std::string inWords(Reason reason);
 
 /// An attribute whose declared text is another than that of the condition of its name.
 struct Difference {
