@@ -18,7 +18,8 @@ std::string inWords(const std::string& reason)
     return words;
 }
 
-/// "4 value differs, 2 required attribute not named": of what has this outcome, the most frequent first.
+/// "4 value differs, 2 required attribute not named": of what has this outcome, the most frequent first. One reason for
+/// all needs no number.
 std::string reasonsOf(const Plan& plan, Outcome outcome)
 {
     std::vector<std::pair<std::string, std::size_t>> counts;
@@ -38,7 +39,7 @@ std::string reasonsOf(const Plan& plan, Outcome outcome)
                      [](const auto& left, const auto& right) { return left.second > right.second; });
     std::string text;
     for (const auto& [reason, count] : counts) {
-        text += (text.empty() ? "" : ", ") + std::to_string(count) + ' ' + inWords(reason);
+        text += (text.empty() ? "" : ", ") + (counts.size() == 1 ? "" : std::to_string(count) + ' ') + inWords(reason);
     }
     return text;
 }
