@@ -73,10 +73,4 @@ TEST(RunConsole, GivenStandardOutputThatCannotBeWritten_ThenStatusSix)
     EXPECT_EQ(runHost({"run", empty.path(), "--console"}, Output::closedPipe).status, 6);
 }
 
-TEST(RunConsole, GivenHelp_ThenTheOptionIsExplained)
-{
-    EXPECT_THAT(runHost({"run", "--help"}).out, HasSubstr("--console"));
-    EXPECT_THAT(runHost({"run", "--help"}).out, HasSubstr("Print the console reports instead"));
-}
-
 } // namespace ostrel::test

@@ -13,8 +13,8 @@ const char* const threeHeads = "Bundles:\nManually loaded service types:\nBundle
 
 std::string directoryError(const std::string& shown, const std::string& why, const std::string& remedy)
 {
-    return "ostrel-host: cannot read the bundle directory\n  where: '" + shown + "'\n  why:   " + why +
-           "\n  do:    " + remedy + "\n";
+    return "ostrel-host: error: " + shown + ": the bundle directory cannot be read\n  why: " + why +
+           "\n  do:  " + remedy + "\n";
 }
 
 } // namespace
@@ -48,6 +48,43 @@ TEST(BundleDirectory, GivenEmptyArgument_ThenStatusThree)
     EXPECT_EQ(runHost({"run", ""}).status, 3);
 }
 
+TEST(BundleDirectory, GivenPathThatIsTooLong_ThenTheRemedyIsAShorterOne)
+{
+    const std::string name(5000, 'n');
+
+    const ProgramResult result = runHost({"run", name});
+
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.err,
+              directoryError(name, "File name too long", "give it by a shorter path, from a directory nearer to it"));
+}
+
+TEST(BundleDirectory, GivenLinksInACircle_ThenTheRemedyIsToMendThem)
+{
+    const TemporaryDirectory directory;
+    const std::string name = directory.path() / "round";
+    std::filesystem::create_symlink("round", name);
+
+    const ProgramResult result = runHost({"run", name});
+
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.err, directoryError(name, "Too many levels of symbolic links",
+                                         "mend the links on its path, which lead round in a circle"));
+}
+
+TEST(BundleDirectory, GivenTooFewDescriptors_ThenTheRemedyIsTheirLimit)
+{
+    const TemporaryDirectory directory;
+
+    // Three standard streams and the copy of standard output leave none for the directory.
+    const ProgramResult result =
+        runProgram("/bin/sh", {"-c", "ulimit -n 4 && exec \"$0\" run \"$1\"", OSTREL_TEST_HOST, directory.path()});
+
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.err, directoryError(directory.path(), "Too many open files",
+                                         "raise the limit of open files of this process, which 'ulimit -n' shows"));
+}
+
 TEST(BundleDirectory, GivenFile_ThenStatusThree)
 {
     const TemporaryDirectory directory;
@@ -69,7 +106,7 @@ TEST(BundleDirectory, GivenNameThatIsNotUtf8_ThenStatusThreeAndTheByteIsShownInH
     const ProgramResult result = runHost({"run", name});
 
     EXPECT_EQ(result.status, 3);
-    EXPECT_EQ(result.err, directoryError(directory.path().string() + "/b\\xff", "its name is not UTF-8",
+    EXPECT_EQ(result.err, directoryError(directory.path().string() + "/b\\xFF", "its name is not UTF-8",
                                          "rename it, or give a link to it that has a UTF-8 name"));
 }
 

@@ -43,10 +43,9 @@ TEST_F(FailingBundle, GivenStartThrows_ThenStatusFourAndTheFileIsNamed)
 
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, R"(ostrel-host: cannot start the bundles
-  where: <bundles>/libstart_throws.so
-  why:   Bundle start_throws (location= <bundles>/libstart_throws.so) start failed: planned fault: start_throws
-  do:    repair the bundle, take it out of the directory, or refuse it by other conditions
+    EXPECT_EQ(result.err, R"(ostrel-host: error: <bundles>/libstart_throws.so: the bundles cannot be started
+  why: Bundle start_throws (location= <bundles>/libstart_throws.so) start failed: planned fault: start_throws
+  do:  repair the bundle, take it out of the directory, or refuse it by other conditions
 )");
 }
 
@@ -64,9 +63,9 @@ TEST_F(FailingBundle, GivenMissingSymbol_ThenStatusFourAndTheSymbolIsNamed)
 
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.err, StartsWith("ostrel-host: cannot start the bundles\n"
-                                       "  where: <bundles>/libmissing_symbol.so\n"
-                                       "  why:   Error loading <bundles>/libmissing_symbol.so. "));
+    EXPECT_THAT(result.err,
+                StartsWith("ostrel-host: error: <bundles>/libmissing_symbol.so: the bundles cannot be started\n"
+                           "  why: Error loading <bundles>/libmissing_symbol.so. "));
     EXPECT_THAT(result.err, HasSubstr("ostrelTestNobodyDefinesThis"));
 }
 
@@ -76,10 +75,11 @@ TEST_F(FailingBundle, GivenNoComponentName_ThenStatusFourAndTheKeyIsNamed)
 
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, R"(ostrel-host: cannot use the bundle 'no_component_name'
-  where: <bundles>/libno_component_name.so
-  why:   its manifest has no "zq": {"component": {"name": ...}}
-  do:    add the component name to the manifest and build the bundle again
+    EXPECT_EQ(
+        result.err,
+        R"(ostrel-host: error: <bundles>/libno_component_name.so: the bundle no_component_name has no component name [no-component-name]
+  why: its manifest has no "zq": {"component": {"name": ...}}
+  do:  add the component name to the manifest and build the bundle again
 )");
 }
 
@@ -89,12 +89,11 @@ TEST_F(FailingBundle, GivenStopThrows_ThenTheReportIsWrittenAndStatusFour)
 
     EXPECT_EQ(result.status, 4);
     EXPECT_THAT(result.out, StartsWith("Bundles:\n    stop_throws, 1, ACTIVE\n"));
-    EXPECT_EQ(result.err, "ostrel-host: not everything was unloaded in order\n"
-                          "  where: <bundles>/libstop_throws.so\n"
-                          "  why:   Error while stoping <bundles>/libstop_throws.so: Bundle stop_throws "
+    EXPECT_EQ(result.err, "ostrel-host: error: <bundles>/libstop_throws.so: not everything was unloaded in order\n"
+                          "  why: Error while stoping <bundles>/libstop_throws.so: Bundle stop_throws "
                           "(location=<bundles>/libstop_throws.so), BundleActivator::Stop() failed: planned fault: "
                           "stop_throws\n"
-                          "  do:    repair the bundle's Stop()\n");
+                          "  do:  repair the bundle's Stop()\n");
 }
 
 TEST_F(FailingBundle, GivenLogLevelNone_WhenStopThrows_ThenTheStatusIsTheSame)
@@ -110,8 +109,10 @@ TEST_F(FailingBundle, GivenTextNamedLikeALibrary_ThenStatusFourAndTheFileIsNamed
 
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(result.out, "");
-    EXPECT_THAT(result.err, StartsWith("ostrel-host: cannot install the bundles\n  where: '<bundles>'\n"));
-    EXPECT_THAT(result.err, HasSubstr("libnotes.so"));
+    EXPECT_EQ(result.err, R"(ostrel-host: error: <bundles>/libnotes.so: the file is no bundle [not-a-bundle]
+  why: it is neither a shared object nor a zip archive
+  do:  build it again, or take it out of the directory
+)");
 }
 
 TEST_F(FailingBundle, GivenOneAfterAGoodOne_ThenNothingIsReported)
@@ -131,10 +132,9 @@ TEST(FailingService, GivenFactoryThrowsNoException_ThenStatusFourAndNothingIsRep
 
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "ostrel-host: cannot load the services\n"
-                          "  where: '" OSTREL_TEST_FACTORY_THROWS_INT "'\n"
-                          "  why:   a bundle threw something that is no std::exception\n"
-                          "  do:    repair the bundle, take it out of the directory, or refuse it by other "
+    EXPECT_EQ(result.err, "ostrel-host: error: " OSTREL_TEST_FACTORY_THROWS_INT ": the services cannot be loaded\n"
+                          "  why: a bundle threw something that is no std::exception\n"
+                          "  do:  repair the bundle, take it out of the directory, or refuse it by other "
                           "conditions\n");
 }
 

@@ -7,11 +7,18 @@ namespace ostrel::test {
 
 namespace {
 
-const char* const cannotWrite = R"(ostrel-host: cannot write the result
-  where: standard output
-  why:   the reader is gone, or the disk is full
-  do:    check where the output goes, then run the command again
-)";
+std::string cannotWrite(Output output)
+{
+    const std::string head = "ostrel-host: error: standard output: the result cannot be written\n  why: ";
+    switch (output) {
+    case Output::fullDisk:
+        return head + "the disk is full\n  do:  make room, or write to another place\n";
+    case Output::closedPipe:
+        return head + "its reader is gone\n  do:  let the reader read to the end, or write to a file\n";
+    default:
+        return head + "Bad file descriptor\n  do:  check where standard output goes\n";
+    }
+}
 
 class StandardOutput : public testing::TestWithParam<Output> {};
 
@@ -24,10 +31,9 @@ std::string nameOf(const testing::TestParamInfo<Output>& info)
         return "Closed";
     case Output::closedPipe:
         return "ClosedPipe";
-    case Output::captured:
-        break;
+    default:
+        return "Written";
     }
-    return "Captured";
 }
 
 } // namespace
@@ -39,7 +45,7 @@ TEST_P(StandardOutput, GivenItCannotBeWritten_WhenReporting_ThenStatusSix)
     const ProgramResult result = runHost({"run", directory.path()}, GetParam());
 
     EXPECT_EQ(result.status, 6);
-    EXPECT_EQ(result.err, cannotWrite);
+    EXPECT_EQ(result.err, cannotWrite(GetParam()));
 }
 
 TEST_P(StandardOutput, GivenItCannotBeWritten_WhenShowingHelp_ThenStatusSix)
@@ -47,7 +53,7 @@ TEST_P(StandardOutput, GivenItCannotBeWritten_WhenShowingHelp_ThenStatusSix)
     const ProgramResult result = runHost({"--help"}, GetParam());
 
     EXPECT_EQ(result.status, 6);
-    EXPECT_EQ(result.err, cannotWrite);
+    EXPECT_EQ(result.err, cannotWrite(GetParam()));
 }
 
 INSTANTIATE_TEST_SUITE_P(Unwritable, StandardOutput,

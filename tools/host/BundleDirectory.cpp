@@ -12,7 +12,28 @@ namespace {
 
 [[noreturn]] void fail(const std::string& argument, const std::string& why, const std::string& remedy)
 {
-    throw Problem{ExitStatus::directory, {"cannot read the bundle directory", quoted(argument), why, remedy}};
+    throw Problem{ExitStatus::directory, {"the bundle directory cannot be read", argument, {why}, remedy}};
+}
+
+/// A remedy that fits the error; `forPermissions` says where those lie.
+const char* remedyFor(const std::error_code& error, const char* forPermissions)
+{
+    if (error == std::errc::permission_denied) {
+        return forPermissions;
+    }
+    if (error == std::errc::filename_too_long) {
+        return "give it by a shorter path, from a directory nearer to it";
+    }
+    if (error == std::errc::too_many_files_open) {
+        return "raise the limit of open files of this process, which 'ulimit -n' shows";
+    }
+    if (error == std::errc::too_many_files_open_in_system) {
+        return "end programs that keep many files open, or raise the limit of the system, fs.file-max";
+    }
+    if (error == std::errc::too_many_symbolic_link_levels) {
+        return "mend the links on its path, which lead round in a circle";
+    }
+    return "check the path, and the file system that it is on";
 }
 
 } // namespace
@@ -34,14 +55,14 @@ ostrel::platform::Utf16Path bundleDirectory(const std::string& argument)
         fail(argument, "it does not exist", "check the spelling, or build the bundles first");
     }
     if (error) {
-        fail(argument, error.message(), "check the permissions of the directories above it");
+        fail(argument, error.message(), remedyFor(error, "check the permissions of the directories above it"));
     }
     if (status.type() != fs::file_type::directory) {
         fail(argument, "it is not a directory", "give the directory that holds the bundle files");
     }
     const fs::directory_iterator entries{argument, error};
     if (error) {
-        fail(argument, error.message(), "check the permissions of the directory");
+        fail(argument, error.message(), remedyFor(error, "check the permissions of the directory"));
     }
     return ostrel::platform::Utf16Path{std::move(path)};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ExitStatus.h"
+#include "StandardStreams.h"
 
 #include <CLI/App.hpp>
 
@@ -11,13 +12,13 @@ namespace ostrel::host {
 
 /// Results go to `out`, remarks to `err`; the two are never mixed.
 struct Streams {
-    std::ostream& out;
+    ResultStream& out;
     std::ostream& err;
 };
 
 /// A subcommand: its place on the command line and what it does once its options are read.
 struct Command {
-    const CLI::App* options;
+    CLI::App* options;
     /// @throws Problem for everything that the user can do something about
     std::function<ExitStatus(Streams&)> run;
 };

@@ -1,32 +1,27 @@
 #include "CommandLine.h"
 
+#include "Help.h"
 #include "Problem.h"
+#include "TerminalWidth.h"
+#include "UsageError.h"
 #include "commands/Run.h"
 
 #include <CLI/CLI.hpp>
 
+#include <cerrno>
+#include <memory>
+#include <string>
+#include <system_error>
 #include <vector>
 
 namespace ostrel::host {
 
 namespace {
 
-/// The subcommand that the user was busy with, for a hint at its own help.
-std::string helpOf(const CLI::App& program)
+/// The command table: a command is a file in commands/ and a line here.
+std::vector<Command> addCommands(CLI::App& program)
 {
-    const auto chosen = program.get_subcommands();
-    return "see 'ostrel-host " + (chosen.empty() ? std::string{} : chosen.front()->get_name() + " ") + "--help'";
-}
-
-/// Help and version were asked for and go to `io.out`; anything else is a usage error.
-ExitStatus answer(const CLI::App& program, const CLI::ParseError& error, Streams& io)
-{
-    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-        program.exit(error, io.out, io.err);
-        return ExitStatus::ok;
-    }
-    throw Problem{ExitStatus::usage,
-                  {"cannot understand the command line", "the arguments", error.what(), helpOf(program)}};
+    return {addRun(program)};
 }
 
 ExitStatus parseAndRun(int argc, const char* const* argv, Streams& io)
@@ -36,12 +31,22 @@ ExitStatus parseAndRun(int argc, const char* const* argv, Streams& io)
     program.footer(describeExitStatuses());
     program.require_subcommand(1);
 
-    const std::vector<Command> commands{addRun(program)};
+    const auto help = std::make_shared<Help>(terminalWidth());
+    program.formatter(help);
+    const std::vector<Command> commands = addCommands(program);
+    for (const Command& command : commands) {
+        command.options->formatter(help);
+        command.options->footer(describeExitStatuses());
+    }
 
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return answer(program, error, io);
+        if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+            program.exit(error, io.out, io.err); // help or version were asked for
+            return ExitStatus::ok;
+        }
+        throw usageError(program, {argv + 1, argv + argc}, error);
     }
     for (const Command& command : commands) {
         if (command.options->parsed()) {
@@ -51,24 +56,46 @@ ExitStatus parseAndRun(int argc, const char* const* argv, Streams& io)
     return ExitStatus::internal; // not reached: parse() wants one of the commands
 }
 
+void checkResult(ResultStream& out)
+{
+    if (out.flush()) {
+        return;
+    }
+    switch (out.error()) {
+    case EPIPE:
+        throw Problem{ExitStatus::output,
+                      {"the result cannot be written",
+                       "standard output",
+                       {"its reader is gone"},
+                       "let the reader read to the end, or write to a file"}};
+    case ENOSPC:
+        throw Problem{ExitStatus::output,
+                      {"the result cannot be written",
+                       "standard output",
+                       {"the disk is full"},
+                       "make room, or write to another place"}};
+    default:
+        throw Problem{ExitStatus::output,
+                      {"the result cannot be written",
+                       "standard output",
+                       {std::generic_category().message(out.error())},
+                       "check where standard output goes"}};
+    }
+}
+
 } // namespace
 
 ExitStatus runCommandLine(int argc, const char* const* argv, Streams& io)
 {
     try {
         const ExitStatus status = parseAndRun(argc, argv, io);
-        if (!io.out.flush()) {
-            throw Problem{ExitStatus::output,
-                          {"cannot write the result", "standard output", "the reader is gone, or the disk is full",
-                           "check where the output goes, then run the command again"}};
-        }
+        checkResult(io.out);
         return status;
     } catch (const Problem& problem) {
         problem.print(io.err);
         return problem.status();
     } catch (const std::exception& error) {
-        Problem{ExitStatus::internal,
-                {"unforeseen error", "the program itself", error.what(), "report this as a bug of ostrel-host"}}
+        Problem{ExitStatus::internal, {"unforeseen error", "", {error.what()}, "report this as a bug of ostrel-host"}}
             .print(io.err);
         return ExitStatus::internal;
     }

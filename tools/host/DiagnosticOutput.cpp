@@ -9,6 +9,8 @@
 
 #include <container/DiagnosticLog.h>
 #include <cstdint>
+#include <inspection/Text.h>
+#include <string>
 
 namespace ostrel::host {
 
@@ -36,7 +38,7 @@ std::uint32_t maskOf(LogLevel level)
     return ~std::uint32_t{0};
 }
 
-const char* nameOf(std::uint32_t severity)
+std::string nameOf(std::uint32_t severity)
 {
     switch (severity) {
     case decision:
@@ -66,7 +68,8 @@ public:
             m_owner.m_unloadProblems.push_back(message);
         }
         if ((severity & maskOf(m_owner.m_level)) != 0) {
-            m_stream << nameOf(severity) << ": " << message << std::endl;
+            // In one piece, so that what bundles print on other threads comes before or behind it.
+            m_stream << nameOf(severity) + (": " + inspection::escaped(message)) + "\n" << std::flush;
         }
     }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "LogLevel.h"
+
 #include <boost/log/sinks/sink.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>
 
@@ -10,19 +12,11 @@
 
 namespace ostrel::host {
 
-/// Which of the library's records the user wants to see.
-enum class LogLevel {
-    none,
-    problems,  ///< malformed filters and failures
-    decisions, ///< those, and what was admitted or refused and why
-    all,
-};
-
 /// Shows the library's diagnostic records to the user while it lives.
 ///
-/// A Boost.Log sink of its own writes one line per record, "<kind>: <message>", and sees the records of the library's
-/// channel alone. The level becomes the library's mask of enabled severities, so that what is not wanted is not even
-/// composed.
+/// A Boost.Log sink of its own writes one line per record, "<kind>: <message>" with the message escaped, and sees the
+/// records of the library's channel alone. The level becomes the library's mask of enabled severities, so that what is
+/// not wanted is not even composed.
 class DiagnosticOutput {
 public:
     DiagnosticOutput(LogLevel level, std::ostream& stream);

@@ -1,5 +1,6 @@
 #include "FrameworkHost.h"
 
+#include "InstallFailure.h"
 #include "Problem.h"
 
 #include <cppmicroservices/Any.h>
@@ -28,14 +29,19 @@ Framework newFramework()
         {cppmicroservices::Constants::LIBRARY_LOAD_OPTIONS, Any{static_cast<int>(RTLD_NOW)}}});
 }
 
-void checkComponentName(const Bundle& bundle)
+std::vector<Problem::Text> withoutComponentName(const std::vector<Bundle>& bundles)
 {
-    if (bundle.GetHeaders().AtCompoundKey("zq.component.name", Any{}).Empty()) {
-        throw Problem{ExitStatus::bundle,
-                      {"cannot use the bundle " + quoted(bundle.GetSymbolicName()), bundle.GetLocation(),
-                       "its manifest has no \"zq\": {\"component\": {\"name\": ...}}",
-                       "add the component name to the manifest and build the bundle again"}};
+    std::vector<Problem::Text> found;
+    for (const Bundle& bundle : bundles) {
+        if (bundle.GetHeaders().AtCompoundKey("zq.component.name", Any{}).Empty()) {
+            found.push_back({"the bundle " + bundle.GetSymbolicName() + " has no component name",
+                             bundle.GetLocation(),
+                             {"its manifest has no \"zq\": {\"component\": {\"name\": ...}}"},
+                             "add the component name to the manifest and build the bundle again",
+                             inspection::Code::noComponentName});
+        }
     }
+    return found;
 }
 
 } // namespace
@@ -46,7 +52,9 @@ RunningFramework::RunningFramework() : m_framework(newFramework())
         m_framework.Start();
     } catch (const std::exception& error) {
         throw Problem{ExitStatus::framework,
-                      {"cannot start the plug-in framework", "this process", error.what(),
+                      {"the plug-in framework does not start",
+                       "",
+                       {error.what()},
                        "check that the installed framework is complete"}};
     }
 }
@@ -75,7 +83,9 @@ void RunningFramework::stop()
         why = error.what();
     }
     throw Problem{ExitStatus::framework,
-                  {"the plug-in framework did not stop", "this process", why.empty() ? "it gave no reason" : why,
+                  {"the plug-in framework did not stop",
+                   "",
+                   {why.empty() ? "it gave no reason" : why},
                    "check what the bundles do when they stop"}};
 }
 
@@ -90,12 +100,18 @@ FrameworkHost::FrameworkHost(const ostrel::platform::Utf16Path& directory, std::
     try {
         m_bundles = ostrel::platform::installBundles(context(), directory);
     } catch (const std::exception& error) {
-        throw Problem{ExitStatus::bundle,
-                      {"cannot install the bundles", m_directory, error.what(),
-                       "build the bundle again, or take the file out of the directory"}};
+        auto failures = filesThatFail(context(), m_directory);
+        if (failures.empty()) {
+            failures.push_back({"the bundles cannot be installed",
+                                m_directory,
+                                {error.what()},
+                                "build the bundle again, or take the file out of the directory"});
+        }
+        throw Problem{ExitStatus::bundle, std::move(failures)};
     }
-    for (const Bundle& bundle : m_bundles) {
-        checkComponentName(bundle);
+    auto unnamed = withoutComponentName(m_bundles);
+    if (!unnamed.empty()) {
+        throw Problem{ExitStatus::bundle, std::move(unnamed)};
     }
 }
 

@@ -35,8 +35,8 @@ private:
 /// A running framework with the bundles of one directory installed, none of them started.
 class FrameworkHost {
 public:
-    /// @throws Problem (framework) if the framework does not start; (bundle) if a file cannot be installed, or if a
-    ///         bundle has no component name, without which the container cannot record it
+    /// @throws Problem (framework) if the framework does not start; (bundle) if files cannot be installed, or bundles
+    ///         have no component name, without which the container cannot record them; it names each of them
     static FrameworkHost installing(const ostrel::platform::Utf16Path& directory, const std::string& shownAs);
 
     cppmicroservices::BundleContext context() const { return m_framework.context(); }

@@ -2,35 +2,42 @@
 
 #include "ExitStatus.h"
 
+#include <inspection/Code.h>
+#include <optional>
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace ostrel::host {
 
-/// An error for the user: what went wrong, where, why, and what to do about it; and the exit status that tells scripts.
+/// Errors for the user, each with what went wrong, where, why and what to do about it; and the exit status that tells
+/// scripts. Texts are given as they are; print() escapes them.
 class Problem final : public std::runtime_error {
 public:
     struct Text {
-        std::string what;
-        std::string where;
-        std::string why;
-        std::string remedy;
+        std::string what;             ///< whole in itself, together with `where`
+        std::string where;            ///< a file or a stream; empty where there is none, as in usage errors
+        std::vector<std::string> why; ///< one line each
+        std::string remedy;           ///< true for this very case
+        std::optional<inspection::Code> code = std::nullopt;
     };
 
     Problem(ExitStatus status, Text text);
+    /// Several of one kind, such as all the files of a directory that cannot be used; at least one.
+    Problem(ExitStatus status, std::vector<Text> texts);
 
     ExitStatus status() const { return m_status; }
 
-    /// Writes the problem in four lines.
+    /// Writes each as "ostrel-host: error: WHERE: WHAT [code]", a line for each reason, and one for the remedy.
     void print(std::ostream& stream) const;
 
 private:
     ExitStatus m_status;
-    Text m_text;
+    std::vector<Text> m_texts;
 };
 
-/// The bytes in quotes, fit for a terminal: control characters and bytes that are not UTF-8 become "\xNN".
+/// The bytes in quotes, as a part of one of the texts above.
 std::string quoted(const std::string& bytes);
 
 } // namespace ostrel::host

@@ -6,6 +6,7 @@
 int main(int argc, char** argv)
 {
     ostrel::host::prepareStandardStreams();
-    ostrel::host::Streams io{std::cout, std::cerr};
+    ostrel::host::ResultStream result;
+    ostrel::host::Streams io{result, std::cerr};
     return static_cast<int>(ostrel::host::runCommandLine(argc, argv, io));
 }

@@ -1,0 +1,99 @@
+#include "cli/FaultRun.h"
+#include "cli/ZipBundle.h"
+
+#include <gmock/gmock.h>
+
+namespace ostrel::test {
+
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+/// Bundles that hold what a terminal takes for commands.
+class Escape : public FaultRun {
+protected:
+    void addNamed(const std::string& fileName, const std::string& zq) const
+    {
+        directory.write(fileName,
+                        zipBundle("odd\x1b[2J\nname", R"({"bundle.symbolic_name": "odd", "zq": )" + zq + "}"));
+    }
+
+    ProgramResult onTerminal(const std::vector<std::string>& options = {}) const
+    {
+        Surroundings surroundings;
+        surroundings.output = Output::terminal;
+        return run(options, surroundings);
+    }
+};
+
+const char* const oddComponent = R"({"component": {"name": "component\u001b]0;title\u0007\u000aof a kind"}})";
+
+} // namespace
+
+TEST_F(Escape, GivenNoTerminal_ThenTheReportIsByteForByte)
+{
+    addNamed("odd.zip", oddComponent);
+
+    const ProgramResult result = run();
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, StartsWith("Bundles:\n    odd\x1b[2J\nname, 1, ACTIVE\n"));
+    EXPECT_THAT(result.out, HasSubstr("component\x1b]0;title\x07\nof a kind"));
+}
+
+TEST_F(Escape, GivenTerminal_ThenTheReportIsEscapedAndItsLinesStay)
+{
+    addNamed("odd.zip", oddComponent);
+
+    const ProgramResult result = onTerminal();
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, StartsWith("Bundles:\n    odd\\x1B[2J\nname, 1, ACTIVE\n"));
+    EXPECT_THAT(result.out, HasSubstr("component\\x1B]0;title\\x07\nof a kind"));
+    EXPECT_THAT(result.out, Not(HasSubstr("\x1b")));
+}
+
+TEST_F(Escape, GivenTerminal_ThenTheConsoleReportsAreEscaped)
+{
+    addNamed("odd.zip", oddComponent);
+
+    const ProgramResult result = onTerminal({"--console"});
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, HasSubstr("odd\\x1B[2J\nname | ACTIVE\n"));
+    EXPECT_THAT(result.out, Not(HasSubstr("\x1b")));
+}
+
+TEST_F(Escape, GivenRecordsWithLineEnds_ThenEachIsOneLine)
+{
+    addNamed("odd.zip", oddComponent);
+
+    EXPECT_EQ(run({"--log-level", "decisions"}).err,
+              "decision: component\\x1B]0;title\\x07\\nof a kind: empty filter does match\n"
+              "decision: Starting bundle: component\\x1B]0;title\\x07\\nof a kind\n");
+}
+
+TEST_F(Escape, GivenOddFileName_ThenItIsShownWithEscapes)
+{
+    directory.write("libodd\x1b[1m\n.so", "text");
+
+    EXPECT_EQ(run().err, R"(ostrel-host: error: <bundles>/libodd\x1B[1m\n.so: the file is no bundle [not-a-bundle]
+  why: it is neither a shared object nor a zip archive
+  do:  build it again, or take it out of the directory
+)");
+}
+
+TEST_F(Escape, GivenOddSymbolicName_ThenTheErrorThatNamesItIsOneLine)
+{
+    addNamed("odd.zip", "{}");
+
+    EXPECT_EQ(run().err, R"(ostrel-host: error: <bundles>/odd.zip: the bundle odd\x1B[2J\nname has no component name )"
+                         R"([no-component-name]
+  why: its manifest has no "zq": {"component": {"name": ...}}
+  do:  add the component name to the manifest and build the bundle again
+)");
+}
+
+} // namespace ostrel::test

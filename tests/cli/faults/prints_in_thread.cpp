@@ -1,0 +1,40 @@
+#include <cppmicroservices/BundleActivator.h>
+
+#include <atomic>
+#include <iostream>
+#include <thread>
+
+namespace {
+
+/// Fault: a thread of its own prints to std::cout all the time.
+class PrintsInThread final : public cppmicroservices::BundleActivator {
+public:
+    void Start(cppmicroservices::BundleContext) override
+    {
+        m_thread = std::thread{[this] {
+            while (!m_stopped) {
+                std::cout << "noise\n" << std::flush;
+                m_printed = true;
+                std::this_thread::yield();
+            }
+        }};
+        while (!m_printed) {
+            std::this_thread::yield();
+        }
+    }
+
+    void Stop(cppmicroservices::BundleContext) override
+    {
+        m_stopped = true;
+        m_thread.join();
+    }
+
+private:
+    std::atomic<bool> m_printed{false};
+    std::atomic<bool> m_stopped{false};
+    std::thread m_thread;
+};
+
+} // namespace
+
+CPPMICROSERVICES_EXPORT_BUNDLE_ACTIVATOR(PrintsInThread)
