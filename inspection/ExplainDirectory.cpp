@@ -36,7 +36,9 @@ Explanation explainDirectory(const cppmicroservices::BundleContext& context, con
 {
     Explanation explanation;
     explanation.conditions = toConditions(filterMap);
-    for (SurveyedFile& file : survey(context, directory).files) {
+    Survey surveyed = survey(context, directory);
+    explanation.hasFolders = surveyed.hasFolders;
+    for (SurveyedFile& file : surveyed.files) {
         if (file.fault) {
             explanation.findings.push_back(std::move(*file.fault));
         } else if (!file.passedOver.empty()) {
@@ -47,6 +49,7 @@ Explanation explainDirectory(const cppmicroservices::BundleContext& context, con
                 Subject subject = subjectOf(bundle, filterMap, Depth::change);
                 subject.file = file.path;
                 addHints(subject, contents);
+                addDeclaredBy(explanation.vocabulary, bundle);
                 explanation.subjects.push_back(std::move(subject));
             }
         }

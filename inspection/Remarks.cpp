@@ -15,32 +15,33 @@ std::string quoted(const std::string& text)
     return '"' + text + '"';
 }
 
+std::string noBundle(const std::string& directory, bool hasFolders)
+{
+    return quoted(directory) + " holds no bundle" + (hasFolders ? "; the directories in it are not entered" : "");
+}
+
 void remarkOnEmptiness(std::vector<std::string>& remarks, const Plan& plan, const std::string& directory)
 {
     if (plan.bundles.empty()) {
-        remarks.push_back(quoted(directory) + " holds no bundle" +
-                          (plan.hasFolders ? "; the directories in it are not entered" : ""));
-        return;
-    }
-    const PlanSummary summary = summaryOf(plan);
-    if (summary.skip == plan.bundles.size()) {
+        remarks.push_back(noBundle(directory, plan.hasFolders));
+    } else if (summaryOf(plan).skip == plan.bundles.size()) {
         remarks.push_back("the conditions admit none of " + counted(plan.bundles.size(), "bundle") +
                           "; 'ostrel-host explain' says why, and what would");
     }
 }
 
-void remarkOnPassedOver(std::vector<std::string>& remarks, const Plan& plan)
+void remarkOnPassedOver(std::vector<std::string>& remarks, const std::vector<PassedOver>& files)
 {
-    if (plan.passedOver.empty()) {
+    if (files.empty()) {
         return;
     }
-    std::string line = counted(plan.passedOver.size(), "file") + " passed over: ";
-    for (std::size_t i = 0; i < plan.passedOver.size() && i < listedNames; ++i) {
-        const PassedOver& file = plan.passedOver[i];
+    std::string line = counted(files.size(), "file") + " passed over: ";
+    for (std::size_t i = 0; i < files.size() && i < listedNames; ++i) {
+        const PassedOver& file = files[i];
         line += (i == 0 ? "" : "; ") + quoted(file.file) + ": " + file.why;
     }
-    if (plan.passedOver.size() > listedNames) {
-        line += "; and " + std::to_string(plan.passedOver.size() - listedNames) + " more";
+    if (files.size() > listedNames) {
+        line += "; and " + std::to_string(files.size() - listedNames) + " more";
     }
     remarks.push_back(std::move(line));
 }
@@ -71,16 +72,27 @@ std::vector<std::string> remarksOn(const Plan& plan, const std::string& director
 {
     std::vector<std::string> remarks;
     remarkOnEmptiness(remarks, plan, directory);
-    remarkOnPassedOver(remarks, plan);
+    remarkOnPassedOver(remarks, plan.passedOver);
     remarkOnTwins(remarks, plan);
     return remarks;
 }
 
-std::vector<std::string> remarksOnConditions(const Conditions& conditions, const Vocabulary& vocabulary)
+std::vector<std::string> remarksOn(const Explanation& explanation, const std::string& directory)
 {
     std::vector<std::string> remarks;
+    if (explanation.subjects.empty() && explanation.findings.empty()) {
+        remarks.push_back(noBundle(directory, explanation.hasFolders));
+    }
+    remarkOnPassedOver(remarks, explanation.passedOver);
+    return remarks;
+}
+
+std::vector<std::string> remarksOnConditions(const Conditions& conditions, const Vocabulary& vocabulary, Asked asked)
+{
+    const std::string who = asked == Asked::bundles ? "no bundle" : "neither a bundle nor a service";
+    std::vector<std::string> remarks;
     for (const UndeclaredCondition& condition : undeclaredConditions(conditions, vocabulary)) {
-        remarks.push_back("nobody declares the condition " + quoted(condition.name) +
+        remarks.push_back(who + " declares the condition " + quoted(condition.name) +
                           (condition.nearest.empty() ? "" : ": did you mean " + condition.nearest + '?'));
     }
     return remarks;

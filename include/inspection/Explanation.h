@@ -2,6 +2,7 @@
 
 #include "inspection/FilterExplanation.h"
 #include "inspection/Finding.h"
+#include "inspection/Vocabulary.h"
 
 #include <cppmicroservices/Bundle.h>
 #include <cppmicroservices/BundleContext.h>
@@ -51,6 +52,8 @@ struct Explanation {
     std::vector<Subject> subjects;
     std::vector<Finding> findings;      ///< of files that cannot be explained, since they cannot be installed
     std::vector<PassedOver> passedOver; ///< files that hold no bundle
+    Vocabulary vocabulary;              ///< of the declarations of these bundles
+    bool hasFolders = false;            ///< the directory has directories in it, which are not entered
 };
 
 /// Explains each bundle of a directory, in the order in which they are started. Nothing is started.

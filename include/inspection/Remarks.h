@@ -1,5 +1,6 @@
 #pragma once
 
+#include "inspection/Explanation.h"
 #include "inspection/Plan.h"
 
 #include <string>
@@ -15,8 +16,18 @@ namespace ostrel::inspection {
 /// @param directory  as the user wrote it
 OSTREL_INSPECTION_EXPORT std::vector<std::string> remarksOn(const Plan& plan, const std::string& directory);
 
+/// A directory without bundles; files passed over.
+OSTREL_INSPECTION_EXPORT std::vector<std::string> remarksOn(const Explanation& explanation,
+                                                            const std::string& directory);
+
+/// Who was asked for the names that are declared.
+enum class Asked {
+    bundles,
+    bundlesAndServices, ///< services declare filters only once they are registered
+};
+
 /// Conditions that no declaration knows, with the name that was most likely meant.
 OSTREL_INSPECTION_EXPORT std::vector<std::string> remarksOnConditions(const Conditions& conditions,
-                                                                      const Vocabulary& vocabulary);
+                                                                      const Vocabulary& vocabulary, Asked asked);
 
 } // namespace ostrel::inspection

@@ -4,6 +4,9 @@
 #include "Problem.h"
 #include "TerminalWidth.h"
 #include "UsageError.h"
+#include "commands/Explain.h"
+#include "commands/Inspect.h"
+#include "commands/Plan.h"
 #include "commands/Run.h"
 
 #include <CLI/CLI.hpp>
@@ -21,7 +24,7 @@ namespace {
 /// The command table: a command is a file in commands/ and a line here.
 std::vector<Command> addCommands(CLI::App& program)
 {
-    return {addRun(program)};
+    return {addRun(program), addPlan(program), addExplain(program), addInspect(program)};
 }
 
 ExitStatus parseAndRun(int argc, const char* const* argv, Streams& io)

@@ -100,4 +100,16 @@ void addTimeout(CLI::App& command, HostOptions& options)
         ->type_name("SECONDS");
 }
 
+void addKeepGoing(CLI::App& command, bool& keepGoing)
+{
+    command.add_flag("--keep-going", keepGoing,
+                     "Leave out what fails, and start the rest; without it nothing is started when one file or bundle "
+                     "cannot be used");
+}
+
+void addJson(CLI::App& command, bool& json)
+{
+    command.add_flag("--json", json, "Print one JSON object, for programs, instead of text");
+}
+
 } // namespace ostrel::host

@@ -26,5 +26,7 @@ void addDirectory(CLI::App& command, HostOptions& options);
 void addConditions(CLI::App& command, HostOptions& options);
 void addLogLevel(CLI::App& command, HostOptions& options);
 void addTimeout(CLI::App& command, HostOptions& options);
+void addKeepGoing(CLI::App& command, bool& keepGoing);
+void addJson(CLI::App& command, bool& json);
 
 } // namespace ostrel::host

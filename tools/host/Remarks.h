@@ -3,7 +3,9 @@
 #include "LogLevel.h"
 
 #include <ostream>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace ostrel::host {
 
@@ -15,6 +17,14 @@ public:
 
     /// "ostrel-host: warning: TEXT"; the text is escaped.
     void warning(std::string_view text) const { write("warning", text); }
+
+    /// One for each.
+    void warnings(const std::vector<std::string>& texts) const
+    {
+        for (const std::string& text : texts) {
+            warning(text);
+        }
+    }
 
     /// "ostrel-host: note: TEXT"; the text is escaped.
     void note(std::string_view text) const { write("note", text); }

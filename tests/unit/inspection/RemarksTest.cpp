@@ -74,11 +74,26 @@ TEST(RemarksOnPlan, GivenComponentNameOfTwoThatStart_WhenAsked_ThenBothFilesAreN
 TEST(RemarksOnConditions, GivenUndeclaredOnes_WhenAsked_ThenTheNearestIsOffered)
 {
     const Vocabulary vocabulary{{"language", {"en"}}, {"mode", {}}};
+    const Conditions conditions{{"colour", "x", true}, {"langauge", "en", false}, {"mode", "x", false}};
 
-    EXPECT_THAT(
-        remarksOnConditions({{"colour", "x", true}, {"langauge", "en", false}, {"mode", "x", false}}, vocabulary),
-        ElementsAre("nobody declares the condition \"colour\"",
-                    "nobody declares the condition \"langauge\": did you mean language?"));
+    EXPECT_THAT(remarksOnConditions(conditions, vocabulary, Asked::bundles),
+                ElementsAre("no bundle declares the condition \"colour\"",
+                            "no bundle declares the condition \"langauge\": did you mean language?"));
+    EXPECT_THAT(remarksOnConditions({{"colour", "x", true}}, vocabulary, Asked::bundlesAndServices),
+                ElementsAre("neither a bundle nor a service declares the condition \"colour\""));
+}
+
+TEST(RemarksOnExplanation, GivenNothingExplained_WhenAsked_ThenThatIsSaid)
+{
+    Explanation explanation;
+    explanation.hasFolders = true;
+    explanation.passedOver = {{"d/x", "why"}};
+
+    EXPECT_THAT(remarksOn(explanation, "d"), ElementsAre("\"d\" holds no bundle; the directories in it are not entered",
+                                                         "1 file passed over: \"d/x\": why"));
+    explanation.findings.emplace_back();
+    explanation.passedOver.clear();
+    EXPECT_THAT(remarksOn(explanation, "d"), IsEmpty());
 }
 
 TEST(AddDeclared, GivenDeclarations_WhenAdded_ThenMapsOfListsAreLookedInto)

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "Command.h"
+
+namespace ostrel::host {
+
+/// inspect: says what a file is and holds, or each file of a directory, without running code of it.
+Command addInspect(CLI::App& program);
+
+} // namespace ostrel::host
