@@ -68,6 +68,12 @@ install(TARGETS ostrel_bundle_checker EXPORT ostrel_us_container-targets
   RUNTIME DESTINATION "${OSTREL_INSTALL_LIBEXECDIR}")
 install(FILES "${PROJECT_SOURCE_DIR}/bundle_checker/manifest.schema.json"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/ostrel_us_container")
+# What the outputs of ostrel-host and of inspection/ hold.
+install(FILES
+    "${PROJECT_SOURCE_DIR}/inspection/schemas/explanation.schema.json"
+    "${PROJECT_SOURCE_DIR}/inspection/schemas/inspection.schema.json"
+    "${PROJECT_SOURCE_DIR}/inspection/schemas/plan.schema.json"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/ostrel_us_container/schemas")
 
 if(TARGET ostrel_host)
   ostrel_set_install_run_path(ostrel_host "${CMAKE_INSTALL_BINDIR}")

@@ -62,7 +62,7 @@ bool hasErrors(const Findings& findings)
 bool isHarmless(std::string_view text)
 {
     while (!text.empty()) {
-        const std::size_t length = text::characterLength(text);
+        const std::size_t length = ostrel::text::characterLength(text);
         const auto first = static_cast<unsigned char>(text.front());
         if (length == 0 || first < 0x20 || first == 0x7f ||
             (first == 0xc2 && static_cast<unsigned char>(text[1]) < 0xa0)) {

@@ -1,5 +1,6 @@
 #include "commands/Inspect.h"
 
+#include "HostOptions.h"
 #include "Problem.h"
 #include "Remarks.h"
 #include "Tool.h"
