@@ -118,10 +118,14 @@ FrameworkHost::FrameworkHost(const ostrel::platform::Utf16Path& directory, std::
 std::string FrameworkHost::culprit(const std::string& message) const
 {
     std::string found;
+    std::size_t foundAt = 0;
     for (const Bundle& bundle : m_bundles) {
         const std::string location = bundle.GetLocation();
-        if (location.size() > found.size() && message.find(location) != std::string::npos) {
+        const std::size_t at = message.rfind(location);
+        // A location may be the beginning of another one.
+        if (at != std::string::npos && (at > foundAt || (at == foundAt && location.size() > found.size()))) {
             found = location;
+            foundAt = at;
         }
     }
     return found.empty() ? m_directory : found;

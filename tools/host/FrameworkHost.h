@@ -42,7 +42,8 @@ public:
     cppmicroservices::BundleContext context() const { return m_framework.context(); }
     const std::vector<cppmicroservices::Bundle>& bundles() const { return m_bundles; }
 
-    /// The file of the bundle that a framework error is about, else the directory.
+    /// The file of the bundle that a framework error is about, else the directory. Of several that it names, as when
+    /// one bundle starts another, it is the last.
     std::string culprit(const std::string& message) const;
 
     /// @throws Problem (framework) if the framework does not stop

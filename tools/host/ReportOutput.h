@@ -12,7 +12,7 @@ namespace ostrel::host {
 void writeReport(Streams& io, const std::string& report);
 
 /// What `print` prints to std::cout, on this thread. Other threads, on which bundles may print, keep their way to
-/// standard error meanwhile.
+/// standard error meanwhile; what they format may still take a column width that was meant for the report.
 /// @throws what `print` throws
 std::string printed(const std::function<void()>& print);
 

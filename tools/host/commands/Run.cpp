@@ -8,6 +8,7 @@
 #include "Problem.h"
 #include "ReportOutput.h"
 #include "StandardStreams.h"
+#include "StartProblem.h"
 
 #include <CLI/CLI.hpp>
 
@@ -34,11 +35,22 @@ void guarded(const FrameworkHost& host, const std::string& what, Step step)
     const std::string remedy = "repair the bundle, take it out of the directory, or refuse it by other conditions";
     try {
         step();
+    } catch (const Problem&) {
+        throw;
     } catch (const std::exception& error) {
         throw Problem{ExitStatus::bundle, {what, host.culprit(error.what()), {error.what()}, remedy}};
     } catch (...) {
         throw Problem{ExitStatus::bundle,
                       {what, host.culprit({}), {"a bundle threw something that is no std::exception"}, remedy}};
+    }
+}
+
+void start(MicroServicesContainer& container, const FrameworkHost& host, const FilterMap& conditions)
+{
+    try {
+        container.startBundles(conditions);
+    } catch (const std::exception& error) {
+        throw Problem{ExitStatus::bundle, startProblem(host, error.what())};
     }
 }
 
@@ -74,7 +86,7 @@ ExitStatus run(const RunOptions& options, Streams& io)
     divertStandardOutput();
     {
         MicroServicesContainer container{host.context(), directory};
-        guarded(host, "the bundles cannot be started", [&] { container.startBundles(conditions); });
+        guarded(host, "the bundles cannot be started", [&] { start(container, host, conditions); });
         guarded(host, "the services cannot be loaded", [&] { container.loadServices(conditions); });
         guarded(host, "the services cannot be reported",
                 [&] { writeReport(io, reportOf(container, options.console)); });
