@@ -28,6 +28,7 @@ public:
     Problem(ExitStatus status, std::vector<Text> texts);
 
     ExitStatus status() const { return m_status; }
+    const std::vector<Text>& texts() const { return m_texts; }
 
     /// Writes each as "ostrel-host: error: WHERE: WHAT [code]", a line for each reason, and one for the remedy.
     void print(std::ostream& stream) const;

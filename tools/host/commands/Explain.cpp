@@ -2,16 +2,24 @@
 
 #include "BundleDirectory.h"
 #include "Conditions.h"
+#include "DiagnosticOutput.h"
 #include "Findings.h"
-#include "FrameworkHost.h"
 #include "HostOptions.h"
 #include "NamedSubjects.h"
 #include "Remarks.h"
+#include "StandardStreams.h"
 #include "Tool.h"
+#include "hosting/Guarded.h"
+#include "hosting/InstalledBundles.h"
+#include "hosting/LoadCandidates.h"
+#include "hosting/RunningFramework.h"
+#include "hosting/Start.h"
 
 #include <CLI/CLI.hpp>
 
+#include <container/MicroServicesContainer.h>
 #include <inspection/Explanation.h>
+#include <inspection/Plan.h>
 #include <inspection/Remarks.h>
 #include <memory>
 
@@ -25,24 +33,54 @@ struct ExplainOptions : HostOptions {
     bool json = false;
 };
 
+/// Does what a run does up to the load, and explains the services that the load would look at.
+///
+/// @throws Problem (bundle) when the run would end before
+std::vector<inspection::Subject> explainServices(const ExplainOptions& options,
+                                                 const us_container::FilterMap& conditions, RunningFramework& framework,
+                                                 inspection::Vocabulary& vocabulary, Streams& io)
+{
+    const inspection::Plan plan = inspection::planDirectory(framework.context(), options.directory, conditions, {});
+    const InstalledBundles bundles{framework.context()};
+    Start start{plan, bundles, options.directory};
+    DiagnosticOutput diagnostics{options.logLevel, io.err};
+    divertStandardOutput();
+    us_container::MicroServicesContainer container{framework.context(), start.directory()};
+    start.run(container, Remarks{io.err, options.logLevel});
+    std::vector<inspection::Subject> subjects;
+    guarded(bundles, options.directory, "the services cannot be explained", [&] {
+        for (const auto& service : loadCandidates(framework.context(), bundles, plan)) {
+            subjects.push_back(inspection::explainService(service, conditions));
+            inspection::addDeclaredBy(vocabulary, service);
+        }
+    });
+    guarded(bundles, options.directory, "the bundles cannot be unloaded", [&] { container.unload(); });
+    return subjects;
+}
+
 ExitStatus run(const ExplainOptions& options, Streams& io)
 {
     const auto conditions = parseConditions(options.when, options.require);
     bundleDirectory(options.directory);
-    const RunningFramework framework;
+    RunningFramework framework;
     inspection::Explanation explanation =
         inspection::explainDirectory(framework.context(), options.directory, conditions);
     const Remarks remarks{io.err, options.logLevel};
     if (options.names.empty()) {
         remarks.warnings(inspection::remarksOn(explanation, options.directory));
-    } else {
+    }
+    if (options.services && explanation.findings.empty()) {
+        const auto services = explainServices(options, conditions, framework, explanation.vocabulary, io);
+        explanation.subjects.insert(explanation.subjects.end(), services.begin(), services.end());
+    }
+    if (!options.names.empty()) {
         keepNamed(explanation, options.names);
     }
-    remarks.warnings(
-        inspection::remarksOnConditions(explanation.conditions, explanation.vocabulary, inspection::Asked::bundles));
-    io.out << (options.json ? toJson(explanation, toolName) : toText(explanation));
+    remarks.warnings(inspection::remarksOnConditions(explanation.conditions, explanation.vocabulary,
+                                                     options.services ? inspection::Asked::bundlesAndServices
+                                                                      : inspection::Asked::bundles));
+    io.out << (options.json ? toJson(explanation, toolName) : toText(explanation)) << std::flush;
     if (!explanation.findings.empty()) {
-        io.out.flush();
         throw problemOf(explanation.findings);
     }
     return ExitStatus::ok;
@@ -61,6 +99,8 @@ Command addExplain(CLI::App& program)
                     "Component name, symbolic name or file name of a bundle to explain; without one, all")
         ->type_name("");
     addConditions(*app, *options);
+    app->add_flag("--services", options->services,
+                  "Start the bundles as 'run' does, and explain the services too that it would look at to load them");
     addJson(*app, options->json);
     addLogLevel(*app, *options);
     return {app, [options](Streams& io) { return run(*options, io); }};

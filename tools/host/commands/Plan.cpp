@@ -2,11 +2,11 @@
 
 #include "BundleDirectory.h"
 #include "Conditions.h"
-#include "FrameworkHost.h"
 #include "HostOptions.h"
 #include "PlanFile.h"
 #include "Remarks.h"
 #include "Tool.h"
+#include "hosting/RunningFramework.h"
 
 #include <CLI/CLI.hpp>
 

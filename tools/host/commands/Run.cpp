@@ -3,19 +3,27 @@
 #include "BundleDirectory.h"
 #include "Conditions.h"
 #include "DiagnosticOutput.h"
-#include "FrameworkHost.h"
 #include "HostOptions.h"
+#include "PlanFile.h"
 #include "Problem.h"
+#include "Remarks.h"
 #include "ReportOutput.h"
 #include "StandardStreams.h"
-#include "StartProblem.h"
+#include "hosting/Guarded.h"
+#include "hosting/InstalledBundles.h"
+#include "hosting/LoadCandidates.h"
+#include "hosting/RunSummary.h"
+#include "hosting/RunningFramework.h"
+#include "hosting/Start.h"
 
 #include <CLI/CLI.hpp>
 
 #include <container/MicroServicesContainer.h>
-#include <exception>
+#include <inspection/Plan.h>
+#include <inspection/Remarks.h>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace ostrel::host {
 
@@ -25,75 +33,134 @@ using ostrel::us_container::FilterMap;
 using ostrel::us_container::MicroServicesContainer;
 
 struct RunOptions : HostOptions {
+    bool keepGoing = false;
+    bool report = false;
     bool console = false;
+    std::string planFile;
 };
 
-/// Runs one step in which bundles' own code takes part.
-template <typename Step>
-void guarded(const FrameworkHost& host, const std::string& what, Step step)
+/// The plan that is carried out. One from a file must still hold.
+inspection::Plan planOf(const RunOptions& options, const cppmicroservices::BundleContext& context)
 {
-    const std::string remedy = "repair the bundle, take it out of the directory, or refuse it by other conditions";
-    try {
-        step();
-    } catch (const Problem&) {
-        throw;
-    } catch (const std::exception& error) {
-        throw Problem{ExitStatus::bundle, {what, host.culprit(error.what()), {error.what()}, remedy}};
-    } catch (...) {
-        throw Problem{ExitStatus::bundle,
-                      {what, host.culprit({}), {"a bundle threw something that is no std::exception"}, remedy}};
+    if (options.planFile.empty()) {
+        const FilterMap conditions = parseConditions(options.when, options.require);
+        return inspection::planDirectory(context, options.directory, conditions, {options.keepGoing, false});
     }
+    if (!options.when.empty() || !options.require.empty()) {
+        throw Problem{ExitStatus::usage,
+                      {"--plan has conditions of its own",
+                       "",
+                       {"--when and --require would be others"},
+                       "leave them out, or make a new plan with them"}};
+    }
+    const inspection::Plan then = readPlanFile(options.planFile);
+    inspection::Plan now = inspection::planDirectory(context, options.directory, toFilterMap(then.conditions),
+                                                     {then.keepGoing || options.keepGoing, true});
+    requireUnchanged(options.planFile, then, now);
+    return now;
 }
 
-void start(MicroServicesContainer& container, const FrameworkHost& host, const FilterMap& conditions)
-{
-    try {
-        container.startBundles(conditions);
-    } catch (const std::exception& error) {
-        throw Problem{ExitStatus::bundle, startProblem(host, error.what())};
+/// One run, from the plan to the unloading.
+class Runner {
+public:
+    Runner(const RunOptions& options, Streams& io)
+        : m_options{options},
+          m_io{io},
+          m_remarks{io.err, options.logLevel},
+          m_diagnostics{options.logLevel, io.err},
+          m_plan{planOf(options, m_framework.context())},
+          m_bundles{m_framework.context()}
+    {
     }
-}
 
-void unload(MicroServicesContainer& container, const FrameworkHost& host, DiagnosticOutput& diagnostics)
-{
-    diagnostics.beginUnload();
-    guarded(host, "the bundles cannot be unloaded", [&] { container.unload(); });
-    if (!diagnostics.unloadProblems().empty()) {
-        throw Problem{ExitStatus::bundle,
-                      {"not everything was unloaded in order", host.culprit(diagnostics.unloadProblems().front()),
-                       diagnostics.unloadProblems(), "repair the bundle's Stop()"}};
+    ExitStatus run()
+    {
+        m_remarks.warnings(inspection::remarksOn(m_plan, m_options.directory));
+        Start start{m_plan, m_bundles, m_options.directory};
+        divertStandardOutput();
+        {
+            MicroServicesContainer container{m_framework.context(), start.directory()};
+            m_failures = start.run(container, m_remarks);
+            load(container);
+            guarded(m_bundles, m_options.directory, "the services cannot be reported", [&] { report(container); });
+            unload(container);
+        }
+        m_framework.stop();
+        if (!m_failures.empty()) {
+            throw Problem{ExitStatus::bundle, std::move(m_failures)};
+        }
+        return ExitStatus::ok;
     }
-}
 
-std::string reportOf(MicroServicesContainer& container, bool console)
-{
-    if (!console) {
-        return container.getMicroServicesString();
+private:
+    void load(MicroServicesContainer& container)
+    {
+        inspection::Vocabulary vocabulary = m_plan.vocabulary;
+        try {
+            guarded(m_bundles, m_options.directory, "the services cannot be loaded", [&] {
+                for (const auto& service : loadCandidates(m_framework.context(), m_bundles, m_plan)) {
+                    ++m_looked;
+                    inspection::addDeclaredBy(vocabulary, service);
+                }
+                container.loadServices(toFilterMap(m_plan.conditions));
+            });
+        } catch (const Problem& problem) {
+            if (!m_plan.keepGoing) {
+                throw;
+            }
+            m_failures.insert(m_failures.end(), problem.texts().begin(), problem.texts().end());
+        }
+        m_remarks.warnings(
+            inspection::remarksOnConditions(m_plan.conditions, vocabulary, inspection::Asked::bundlesAndServices));
     }
-    return printed([&] {
-        container.printAllBundles();
-        container.printAllServices();
-    });
-}
+
+    void report(MicroServicesContainer& container)
+    {
+        if (m_options.console) {
+            writeReport(m_io, printed([&] {
+                            container.printAllBundles();
+                            container.printAllServices();
+                        }));
+        }
+        if (m_options.report) {
+            writeReport(m_io, container.getMicroServicesString());
+        }
+        if (!m_options.console && !m_options.report) {
+            const std::size_t loaded = container.listManuallyLoadedServices().size();
+            m_io.out << runSummary(m_plan, m_bundles, m_failures, loaded, m_looked) << std::flush;
+        }
+    }
+
+    void unload(MicroServicesContainer& container)
+    {
+        m_diagnostics.beginUnload();
+        guarded(m_bundles, m_options.directory, "the bundles cannot be unloaded", [&] { container.unload(); });
+        const std::vector<std::string>& problems = m_diagnostics.unloadProblems();
+        if (!problems.empty()) {
+            m_failures.push_back({"not everything was unloaded in order",
+                                  m_bundles.culpritFile(problems.front(), m_options.directory), problems,
+                                  "repair the bundle's Stop()", inspection::Code::stopThrows});
+        }
+    }
+
+    const RunOptions& m_options;
+    Streams& m_io;
+    const Remarks m_remarks;
+    DiagnosticOutput m_diagnostics;
+    RunningFramework m_framework;
+    const inspection::Plan m_plan;
+    const InstalledBundles m_bundles;
+    std::vector<Problem::Text> m_failures;
+    std::size_t m_looked = 0;
+};
 
 ExitStatus run(const RunOptions& options, Streams& io)
 {
-    const FilterMap conditions = parseConditions(options.when, options.require);
-    const auto directory = bundleDirectory(options.directory);
-
-    DiagnosticOutput diagnostics{options.logLevel, io.err};
-    FrameworkHost host = FrameworkHost::installing(directory, options.directory);
-    divertStandardOutput();
-    {
-        MicroServicesContainer container{host.context(), directory};
-        guarded(host, "the bundles cannot be started", [&] { start(container, host, conditions); });
-        guarded(host, "the services cannot be loaded", [&] { container.loadServices(conditions); });
-        guarded(host, "the services cannot be reported",
-                [&] { writeReport(io, reportOf(container, options.console)); });
-        unload(container, host, diagnostics);
+    if (options.planFile.empty()) {
+        parseConditions(options.when, options.require); // before anything is looked at
     }
-    host.stop();
-    return ExitStatus::ok;
+    bundleDirectory(options.directory);
+    return Runner{options, io}.run();
 }
 
 } // namespace
@@ -102,10 +169,17 @@ Command addRun(CLI::App& program)
 {
     const auto options = std::make_shared<RunOptions>();
     CLI::App* app = program.add_subcommand(
-        "run", "Start the bundles of a directory that the conditions admit, load their services, print a report of "
-               "both, and unload.");
+        "run", "Start the bundles of a directory that the conditions admit, load their services, say what came of it, "
+               "and unload.");
     addDirectory(*app, *options);
     addConditions(*app, *options);
+    app->add_option("--plan", options->planFile,
+                    "Do exactly what 'plan -o FILE' wrote down, with its conditions; refused when a bundle has changed "
+                    "since")
+        ->type_name("FILE");
+    addKeepGoing(*app, options->keepGoing);
+    app->add_flag("--report", options->report,
+                  "Print the container's report of bundles and services instead of the summary");
     app->add_flag("--console", options->console,
                   "Print the console reports instead: a table of all installed bundles, then the names of the loaded "
                   "services and the services of all installed bundles with their users");

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Problem.h"
+#include "hosting/InstalledBundles.h"
+
+#include <cstddef>
+#include <inspection/Plan.h>
+#include <string>
+#include <vector>
+
+namespace ostrel::host {
+
+/// What came of a run, in lines: each bundle by its name, with why it was started, refused or failed; then how many of
+/// each there are. Escaped.
+///
+/// @param failures  of those that failed while they were started
+std::string runSummary(const inspection::Plan& plan, const InstalledBundles& bundles,
+                       const std::vector<Problem::Text>& failures, std::size_t loaded, std::size_t looked);
+
+} // namespace ostrel::host
