@@ -5,15 +5,13 @@
 #include "bundle_reader/elf/FrameworkNeeded.h"
 #include "bundle_reader/file/FileList.h"
 #include "bundle_reader/manifest/JsonWriter.h"
+#include "bundle_reader/manifest/ManifestKeys.h"
 #include "bundle_reader/manifest/ManifestRules.h"
 #include "bundle_reader/manifest/Version.h"
-#include "inspection/Attempt.h"
 #include "inspection/FileFault.h"
 #include "inspection/FrameworkValue.h"
 #include "inspection/Survey.h"
 #include "inspection/json/JsonObject.h"
-
-#include <cppmicroservices/AnyMap.h>
 
 #include <system_error>
 #include <utility>
@@ -23,8 +21,6 @@ namespace {
 
 using bundle_reader::Contents;
 using bundle_reader::Folder;
-using cppmicroservices::Any;
-using cppmicroservices::AnyMap;
 
 FileKind kindOf(const Contents& contents)
 {
@@ -54,7 +50,7 @@ std::optional<std::string> frameworkOf(const Contents& contents)
 
 std::optional<std::string> versionOf(const bundle_reader::JsonValue& manifest)
 {
-    const auto* const member = bundle_reader::findMember(manifest, "bundle.version");
+    const auto* const member = bundle_reader::findMember(manifest, bundle_reader::keys::version);
     if (member == nullptr) {
         return toText(bundle_reader::Version{});
     }
@@ -66,10 +62,27 @@ std::optional<std::string> versionOf(const bundle_reader::JsonValue& manifest)
     return reading.fault.empty() ? std::optional{toText(reading.version)} : std::nullopt;
 }
 
-Any filtersOf(const bundle_reader::JsonValue& manifest)
+/// The declaration as frameworks take it; null when there is none.
+const bundle_reader::JsonMember* filtersOf(const bundle_reader::JsonValue& manifest)
 {
-    const Any map = toAny(manifest);
-    return cppmicroservices::ref_any_cast<AnyMap>(map).AtCompoundKey("zq.ostrelFilters", Any{});
+    namespace keys = bundle_reader::keys;
+    const auto* const container = bundle_reader::findMember(manifest, keys::container);
+    return container != nullptr ? bundle_reader::findMember(container->value, keys::filters) : nullptr;
+}
+
+/// JSON that is written in lines, in one: no text in it holds a line end.
+std::string inOneLine(const std::string& json)
+{
+    std::string line;
+    for (std::size_t i = 0; i < json.size(); ++i) {
+        if (json[i] != '\n') {
+            line += json[i];
+            continue;
+        }
+        line += !line.empty() && line.back() == ',' ? " " : "";
+        i = json.find_first_not_of(' ', i + 1) - 1;
+    }
+    return line;
 }
 
 /// The names of the archive's files; none where it cannot be read any more.
@@ -152,10 +165,9 @@ private:
         bundle.componentName = componentNameOf(json.root);
         bundle.activator = bundle_reader::asksForActivator(json.root);
         bundle.headers = bundle_reader::writeJson(asFrameworksTake(json.root));
-        const Any filters = filtersOf(json.root);
-        if (!filters.Empty()) {
-            bundle.filters = attempted([&filters] { return filters.ToJSON(); }).value_or("");
-            addDeclared(m_inspection.vocabulary, filters);
+        if (const auto* const filters = filtersOf(json.root)) {
+            bundle.filters = inOneLine(bundle_reader::writeJson(asFrameworksTake(filters->value)));
+            addDeclared(m_inspection.vocabulary, toAny(filters->value));
         }
         bundle.resources = resourcesIn(folder.name, entries);
         file.bundles.push_back(std::move(bundle));

@@ -38,7 +38,7 @@ std::string consoleReportOf(const std::string& name)
 
 TEST_F(BundlePrints, GivenAllMeansOfPrinting_ThenStandardOutputHoldsTheReportAlone)
 {
-    const ProgramResult result = runWith("prints");
+    const ProgramResult result = runWith("prints", {"--report"});
 
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(canonicalReport(result.out), reportOf("prints"));

@@ -30,7 +30,7 @@ TEST(RunConsole, GivenEmptyDirectory_ThenBothReportsShowTheFrameworkAlone)
 
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, tableHead + systemRow + "Manually loaded service types: \nsystem_bundle:\n");
-    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.err, "ostrel-host: warning: \"" + empty.path().string() + "\" holds no bundle\n");
 }
 
 TEST(RunConsole, GivenBundleWithServices_ThenTheyAreListedWithTheirUsersAndTheOtherReportIsNot)

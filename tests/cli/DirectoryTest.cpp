@@ -23,11 +23,11 @@ TEST(BundleDirectory, GivenEmptyDirectory_ThenThreeHeadsAndStatusZero)
 {
     const TemporaryDirectory directory;
 
-    const ProgramResult result = runHost({"run", directory.path()});
+    const ProgramResult result = runHost({"run", directory.path(), "--report"});
 
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, threeHeads);
-    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(result.err, "ostrel-host: warning: \"" + directory.path().string() + "\" holds no bundle\n");
 }
 
 TEST(BundleDirectory, GivenNothingThere_ThenStatusThree)
@@ -116,7 +116,7 @@ TEST(BundleDirectory, GivenNameBeyondAscii_ThenItIsRead)
     const std::string name = directory.path() / "B\u00fcndel \U0001f4e6";
     std::filesystem::create_directory(name);
 
-    EXPECT_EQ(runHost({"run", name}).out, threeHeads);
+    EXPECT_EQ(runHost({"run", name, "--report"}).out, threeHeads);
 }
 
 } // namespace ostrel::test

@@ -36,7 +36,7 @@ TEST_F(Escape, GivenNoTerminal_ThenTheReportIsByteForByte)
 {
     addNamed("odd.zip", oddComponent);
 
-    const ProgramResult result = run();
+    const ProgramResult result = run({"--report"});
 
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.out, StartsWith("Bundles:\n    odd\x1b[2J\nname, 1, ACTIVE\n"));
@@ -47,7 +47,7 @@ TEST_F(Escape, GivenTerminal_ThenTheReportIsEscapedAndItsLinesStay)
 {
     addNamed("odd.zip", oddComponent);
 
-    const ProgramResult result = onTerminal();
+    const ProgramResult result = onTerminal({"--report"});
 
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.out, StartsWith("Bundles:\n    odd\\x1B[2J\nname, 1, ACTIVE\n"));
@@ -81,7 +81,8 @@ TEST_F(Escape, GivenOddFileName_ThenItIsShownWithEscapes)
 
     EXPECT_EQ(run().err, R"(ostrel-host: error: <bundles>/libodd\x1B[1m\n.so: the file is no bundle [not-a-bundle]
   why: it is neither a shared object nor a zip archive
-  do:  build it again, or take it out of the directory
+  do:  take it out of the directory, or give it a name that does not end in ".so"
+ostrel-host: note: nothing is started; with --keep-going the rest would be
 )");
 }
 
@@ -89,10 +90,12 @@ TEST_F(Escape, GivenOddSymbolicName_ThenTheErrorThatNamesItIsOneLine)
 {
     addNamed("odd.zip", "{}");
 
-    EXPECT_EQ(run().err, R"(ostrel-host: error: <bundles>/odd.zip: the bundle odd\x1B[2J\nname has no component name )"
-                         R"([no-component-name]
-  why: its manifest has no "zq": {"component": {"name": ...}}
-  do:  add the component name to the manifest and build the bundle again
+    EXPECT_EQ(run().err,
+              R"(ostrel-host: error: <bundles>/odd.zip: the bundle "odd\x1B[2J\nname" has no component name )"
+              R"([no-component-name]
+  why: its manifest has no "zq": {"component": {"name": ...}}, by which the container knows a bundle
+  do:  add it to the manifest, and build the bundle again
+ostrel-host: note: nothing is started; with --keep-going the rest would be
 )");
 }
 

@@ -27,7 +27,7 @@ protected:
 
     ProgramResult run(const std::string& level = "problems") const
     {
-        ProgramResult result = runHost({"run", directory.path(), "--log-level", level});
+        ProgramResult result = runHost({"run", directory.path(), "--report", "--log-level", level});
         result.out = withoutPath(result.out, directory.path());
         result.err = withoutPath(result.err, directory.path());
         return result;
@@ -46,7 +46,7 @@ TEST_F(FailingBundle, GivenStartThrows_ThenStatusFourAndTheFileIsNamed)
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(
         result.err,
-        R"(ostrel-host: error: <bundles>/libstart_throws.so: the bundle start_throws did not start: its start threw an exception [start-throws]
+        R"(ostrel-host: error: <bundles>/libstart_throws.so: the bundle "start_throws" did not start: its start threw an exception [start-throws]
   why: planned fault: start_throws
   do:  repair its activator, or refuse the bundle by other conditions
 )");
@@ -59,7 +59,7 @@ TEST_F(FailingBundle, GivenStartThrowsNoException_ThenItSaysSo)
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(
         result.err,
-        R"(ostrel-host: error: <bundles>/libstart_throws_int.so: the bundle start_throws_int did not start: its start threw something that is no std::exception [start-throws]
+        R"(ostrel-host: error: <bundles>/libstart_throws_int.so: the bundle "start_throws_int" did not start: its start threw something that is no std::exception [start-throws]
   why: the framework does not tell what it was
   do:  repair its activator, or refuse the bundle by other conditions
 )");
@@ -73,7 +73,7 @@ TEST_F(FailingBundle, GivenMissingSymbol_ThenItIsNamed)
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(
         result.err,
-        R"(ostrel-host: error: <bundles>/libmissing_symbol.so: the bundle missing_symbol did not start: it needs the symbol 'ostrelTestNobodyDefinesThis', which nothing defines [undefined-symbol]
+        R"(ostrel-host: error: <bundles>/libmissing_symbol.so: the bundle "missing_symbol" did not start: it needs the symbol 'ostrelTestNobodyDefinesThis', which nothing defines [undefined-symbol]
   why: neither its own library nor one that it is linked with defines the symbol
   do:  add the source or link the library that defines it, and build the bundle again
 )");
@@ -89,7 +89,7 @@ TEST_F(FailingBundle, GivenArchiveWithActivator_ThenItsLibraryCannotBeLoaded)
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(
         result.err,
-        R"(ostrel-host: error: <bundles>/a.zip: the bundle a did not start: its library cannot be loaded [start-throws]
+        R"(ostrel-host: error: <bundles>/a.zip: the bundle "a" did not start: its library cannot be loaded [start-throws]
   why: <bundles>/a.zip: invalid ELF header
   do:  build the bundle again
 )");
@@ -105,7 +105,7 @@ TEST_F(FailingBundle, GivenNoActivator_ThenTheMacroIsNamed)
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(
         result.err,
-        R"(ostrel-host: error: <bundles>/no_activator.so: the bundle no_activator did not start: its library has no activator of the bundle 'no_activator' [activator-missing]
+        R"(ostrel-host: error: <bundles>/no_activator.so: the bundle "no_activator" did not start: its library has no activator of the bundle 'no_activator' [activator-missing]
   why: the manifest says "bundle.activator": true, and the library does not export _us_create_activator_no_activator and _us_destroy_activator_no_activator
   do:  write CPPMICROSERVICES_EXPORT_BUNDLE_ACTIVATOR(<class>) in one of its sources, or take "bundle.activator" out of the manifest if the bundle has none
 )");
@@ -119,9 +119,10 @@ TEST_F(FailingBundle, GivenNoComponentName_ThenStatusFourAndTheKeyIsNamed)
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(
         result.err,
-        R"(ostrel-host: error: <bundles>/libno_component_name.so: the bundle no_component_name has no component name [no-component-name]
-  why: its manifest has no "zq": {"component": {"name": ...}}
-  do:  add the component name to the manifest and build the bundle again
+        R"(ostrel-host: error: <bundles>/libno_component_name.so: the bundle "no_component_name" has no component name [no-component-name]
+  why: its manifest has no "zq": {"component": {"name": ...}}, by which the container knows a bundle
+  do:  add it to the manifest, and build the bundle again
+ostrel-host: note: nothing is started; with --keep-going the rest would be
 )");
 }
 
@@ -131,7 +132,8 @@ TEST_F(FailingBundle, GivenStopThrows_ThenTheReportIsWrittenAndStatusFour)
 
     EXPECT_EQ(result.status, 4);
     EXPECT_THAT(result.out, StartsWith("Bundles:\n    stop_throws, 1, ACTIVE\n"));
-    EXPECT_EQ(result.err, "ostrel-host: error: <bundles>/libstop_throws.so: not everything was unloaded in order\n"
+    EXPECT_EQ(result.err, "ostrel-host: error: <bundles>/libstop_throws.so: not everything was unloaded in order "
+                          "[stop-throws]\n"
                           "  why: Error while stoping <bundles>/libstop_throws.so: Bundle stop_throws "
                           "(location=<bundles>/libstop_throws.so), BundleActivator::Stop() failed: planned fault: "
                           "stop_throws\n"
@@ -153,7 +155,8 @@ TEST_F(FailingBundle, GivenTextNamedLikeALibrary_ThenStatusFourAndTheFileIsNamed
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, R"(ostrel-host: error: <bundles>/libnotes.so: the file is no bundle [not-a-bundle]
   why: it is neither a shared object nor a zip archive
-  do:  build it again, or take it out of the directory
+  do:  take it out of the directory, or give it a name that does not end in ".so"
+ostrel-host: note: nothing is started; with --keep-going the rest would be
 )");
 }
 
@@ -178,7 +181,7 @@ TEST_F(FailingBundle, GivenBundleThatStartsAFailingOne_ThenTheFailingOneIsNamed)
     EXPECT_EQ(result.status, 4);
     EXPECT_EQ(
         result.err,
-        R"(ostrel-host: error: <bundles>/libstart_throws.so: the bundle start_throws did not start: its start threw an exception [start-throws]
+        R"(ostrel-host: error: <bundles>/libstart_throws.so: the bundle "start_throws" did not start: its start threw an exception [start-throws]
   why: planned fault: start_throws
   do:  repair its activator, or refuse the bundle by other conditions
 )");

@@ -40,11 +40,11 @@ TEST(LogLevel, GivenDecisions_ThenProblemsAndDecisionsAreShown)
 
 TEST(LogLevel, GivenAll_ThenStandardOutputStillHoldsTheReportAlone)
 {
-    const ProgramResult result = runOverMalformedFilter({"--log-level", "all"});
+    const ProgramResult result = runOverMalformedFilter({"--report", "--log-level", "all"});
 
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.out, StartsWith("Bundles:\n    malformed_filter, 1, ACTIVE\n"));
-    EXPECT_EQ(result.out, runOverMalformedFilter({"--log-level", "none"}).out);
+    EXPECT_EQ(result.out, runOverMalformedFilter({"--report", "--log-level", "none"}).out);
 }
 
 } // namespace ostrel::test

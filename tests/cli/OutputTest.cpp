@@ -42,7 +42,7 @@ TEST_P(StandardOutput, GivenItCannotBeWritten_WhenReporting_ThenStatusSix)
 {
     const TemporaryDirectory directory;
 
-    const ProgramResult result = runHost({"run", directory.path()}, GetParam());
+    const ProgramResult result = runHost({"run", directory.path(), "--log-level", "none"}, GetParam());
 
     EXPECT_EQ(result.status, 6);
     EXPECT_EQ(result.err, cannotWrite(GetParam()));

@@ -42,7 +42,17 @@ void Problem::print(std::ostream& stream) const
     for (const Text& text : m_texts) {
         all += described(text);
     }
+    if (!m_note.empty()) {
+        all += "ostrel-host: note: " + escaped(m_note) + "\n";
+    }
     stream << all << std::flush;
+}
+
+Problem Problem::noted(std::string note) const
+{
+    Problem problem = *this;
+    problem.m_note = std::move(note);
+    return problem;
 }
 
 std::string quoted(const std::string& bytes)

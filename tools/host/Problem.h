@@ -30,12 +30,16 @@ public:
     ExitStatus status() const { return m_status; }
     const std::vector<Text>& texts() const { return m_texts; }
 
+    /// The same with a remark on what follows from it, in one line behind all.
+    Problem noted(std::string note) const;
+
     /// Writes each as "ostrel-host: error: WHERE: WHAT [code]", a line for each reason, and one for the remedy.
     void print(std::ostream& stream) const;
 
 private:
     ExitStatus m_status;
     std::vector<Text> m_texts;
+    std::string m_note;
 };
 
 /// The bytes in quotes, as a part of one of the texts above.

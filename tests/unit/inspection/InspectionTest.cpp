@@ -53,7 +53,7 @@ TEST_F(Inspect, GivenArchive_WhenInspected_ThenItsBundleIsTold)
     EXPECT_EQ(bundle.version, "2.1.0");
     EXPECT_EQ(bundle.componentName, "c");
     EXPECT_TRUE(bundle.activator);
-    EXPECT_EQ(bundle.filters, R"([{"language" : "en"}])");
+    EXPECT_EQ(bundle.filters, R"([{"language": "en"}])");
     EXPECT_THAT(bundle.resources, ElementsAre("text/one.txt", "two"));
 }
 
@@ -151,7 +151,7 @@ TEST_F(Inspect, GivenInspection_WhenWrittenAsText_ThenAllIsInLines)
               path("a.zip") +
                   ": an archive with 1 bundle\n"
                   "  bundle a 1.0.0, component component.a, without an activator\n"
-                  "    filters: [{\"x\" : \"1\"}]\n"
+                  "    filters: [{\"x\": \"1\"}]\n"
                   "    resources: one\n" +
                   path("b.so") +
                   ": a file of another kind\n"

@@ -3,6 +3,7 @@
 #include "BundleDirectory.h"
 #include "Conditions.h"
 #include "DiagnosticOutput.h"
+#include "Findings.h"
 #include "HostOptions.h"
 #include "PlanFile.h"
 #include "Problem.h"
@@ -76,6 +77,9 @@ public:
     ExitStatus run()
     {
         m_remarks.warnings(inspection::remarksOn(m_plan, m_options.directory));
+        if (!m_plan.findings.empty() && !m_plan.keepGoing) {
+            throw problemOf(m_plan.findings).noted("nothing is started; with --keep-going the rest would be");
+        }
         Start start{m_plan, m_bundles, m_options.directory};
         divertStandardOutput();
         {

@@ -18,6 +18,15 @@ std::string whyOf(const PlannedBundle& bundle)
     return bundle.text.substr(bundle.text.find(": ") + 2);
 }
 
+/// The problem without the bundle that it is about.
+std::string reasonIn(const Problem::Text& failure)
+{
+    const std::string verb = "did not start: ";
+    const std::size_t at = failure.what.find(verb);
+    const std::string what = at == std::string::npos ? failure.what : failure.what.substr(at + verb.size());
+    return what + ": " + failure.why.front();
+}
+
 struct Fate {
     std::string verb;
     std::string why;
@@ -41,7 +50,7 @@ Fate fateOf(const PlannedBundle& planned, const Bundle& bundle, const std::vecto
     const auto failure = std::find_if(failures.begin(), failures.end(), [&bundle](const Problem::Text& text) {
         return bundle && text.where == bundle.GetLocation() && !text.why.empty();
     });
-    return failure != failures.end() ? Fate{"failed", failure->why.front()}
+    return failure != failures.end() ? Fate{"failed", reasonIn(*failure)}
                                      : Fate{"not running", "it was started and is stopped again"};
 }
 

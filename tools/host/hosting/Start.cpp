@@ -30,7 +30,7 @@ std::set<std::string> goodFiles(const inspection::Plan& plan)
 Problem::Text problemOf(const Bundle& bundle, const std::string& message)
 {
     const inspection::StartFailure failure = inspection::startFailure(message);
-    return {"the bundle " + bundle.GetSymbolicName() + " did not start: " + failure.what,
+    return {"the bundle \"" + bundle.GetSymbolicName() + "\" did not start: " + failure.what,
             bundle.GetLocation(),
             {failure.why},
             failure.remedy,
