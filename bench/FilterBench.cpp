@@ -1,6 +1,5 @@
 #include "container/DiagnosticLog.h"
 #include "container/MicroServicesContainer.h"
-#include "inspection/FilterExplanation.h"
 
 #include <cppmicroservices/AnyMap.h>
 
@@ -83,43 +82,8 @@ void decideByContainerLogged(benchmark::State& state)
     }
 }
 
-/// An alternative of four attributes; the last one's value differs from its condition where `value` does.
-Any fourAttributes(const std::string& value)
-{
-    AnyMap map{AnyMap::UNORDERED_MAP_CASEINSENSITIVE_KEYS};
-    for (const char* const name : {"region", "language", "mode"}) {
-        map[name] = std::string{"same"};
-    }
-    map["size"] = value;
-    return Any(std::vector<Any>{Any(map)});
-}
-
-const FilterMap fourConditions{
-    {"region", {"same", false}}, {"language", {"same", false}}, {"mode", {"same", true}}, {"size", {"large", false}}};
-
-/// Question: what does an explanation cost beside the decision?
-/// Expected: a few times as much; of what is refused more, as the smallest change is looked for.
-void decideOfFour(benchmark::State& state)
-{
-    diagnosticLog().setEnabledSeverities(0);
-    const Any filters = fourAttributes(state.range(0) == 0 ? "large" : "small");
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(checkFilter(filters, fourConditions, subject));
-    }
-}
-
-void explainOfFour(benchmark::State& state)
-{
-    const Any filters = fourAttributes(state.range(0) == 0 ? "large" : "small");
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(ostrel::inspection::explainFilter(filters, fourConditions));
-    }
-}
-
 } // namespace
 
-BENCHMARK(decideOfFour)->ArgName("refused")->Arg(0)->Arg(1);
-BENCHMARK(explainOfFour)->ArgName("refused")->Arg(0)->Arg(1);
 BENCHMARK(decideByContainerMasked);
 BENCHMARK(decideByHandMasked);
 BENCHMARK(decideByContainerLogged);

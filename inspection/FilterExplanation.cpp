@@ -5,12 +5,15 @@
 #include "inspection/Decision.h"
 #include "inspection/SmallestChange.h"
 
+#include <cppmicroservices/AnyMap.h>
+
 #include <algorithm>
 #include <typeinfo>
 
 namespace ostrel::inspection {
 
 using cppmicroservices::Any;
+using cppmicroservices::AnyMap;
 using us_container::FilterMap;
 
 namespace {
@@ -94,6 +97,22 @@ private:
     bool m_isDeclared = false;
 };
 
+/// Whether the value consists of types that manifests have, for which JSON is never refused. This saves writing it.
+bool isSurelyRendered(const Any& value)
+{
+    const std::type_info& type = value.Type();
+    if (type == typeid(std::vector<Any>)) {
+        const auto& list = cppmicroservices::ref_any_cast<std::vector<Any>>(value);
+        return std::all_of(list.begin(), list.end(), isSurelyRendered);
+    }
+    if (type == typeid(AnyMap)) {
+        const auto& map = cppmicroservices::ref_any_cast<AnyMap>(value);
+        return std::all_of(map.begin(), map.end(), [](const auto& entry) { return isSurelyRendered(entry.second); });
+    }
+    return value.Empty() || type == typeid(std::string) || type == typeid(int) || type == typeid(bool) ||
+           type == typeid(double);
+}
+
 } // namespace
 
 FilterExplanation explainDecision(const Any& filters, const FilterMap& filterMap)
@@ -112,7 +131,7 @@ FilterExplanation explainFilter(const Any& filters, const FilterMap& filterMap)
 {
     FilterExplanation explanation = explainDecision(filters, filterMap);
     if (!explanation.admitted) {
-        if (!filters.Empty() && !attempted([&filters] { return filters.ToJSON(); })) {
+        if (!isSurelyRendered(filters) && !attempted([&filters] { return filters.ToJSON(); })) {
             explanation.hints.emplace_back("the declaration cannot be written as JSON, so it is admitted while records "
                                            "of its evaluation are on");
         }

@@ -7,8 +7,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <map>
-#include <set>
+#include <string>
 #include <typeinfo>
 #include <utility>
 #include <vector>
@@ -23,20 +22,30 @@ namespace {
 
 constexpr unsigned never = std::numeric_limits<unsigned>::max() / 2; // so that two can be added
 
-/// A condition as it may become: a value and a flag, or none.
-using State = std::optional<std::pair<std::string, bool>>;
-
-/// A way to treat a name.
+/// A condition as it may become, and in how many edits. Texts are those of the conditions and of the declaration.
 struct Option {
-    State after;
+    const std::string* value; ///< null: there is no condition
+    bool required;
     unsigned edits;
+};
+
+/// A name of the conditions or of the declaration.
+struct Name {
+    const std::string* text;
+    const std::pair<std::string, bool>* condition; ///< null where there is none
+    std::size_t firstOption;                       ///< of all options; those of the next name end them
+};
+
+/// What an alternative says of a name.
+struct Claim {
+    bool isNamed = false;
+    const std::string* declared = nullptr; ///< where there is a condition of that name, it must have this text
 };
 
 /// A way in which a declaration admits.
 struct Target {
-    std::map<std::string, std::string> declared; ///< where there is a condition of that name, it must have this text
-    std::set<std::string> named;                 ///< one of these must be required, if anything is
-    bool asksForRequired = true;                 ///< false: whatever is required, as a text that is reached then throws
+    std::vector<Claim> claims;   ///< of each name
+    bool asksForRequired = true; ///< false: whatever is required, as a text that is reached then throws
 };
 
 /// The fewest edits of some names, in each of the ways in which they may serve a target.
@@ -61,6 +70,34 @@ bool canBeCarried(const std::string& name)
     return !name.empty() && name.find('=') == std::string::npos && name.find('\0') == std::string::npos;
 }
 
+/// Of one name, with any of these ways.
+Costs costsOf(const Claim& claim, const Option* begin, const Option* end)
+{
+    unsigned least = never;
+    unsigned leastNotRequired = never;
+    unsigned leastRequired = never;
+    for (const Option* option = begin; option != end; ++option) {
+        if (option->value != nullptr && claim.declared != nullptr && *option->value != *claim.declared) {
+            continue;
+        }
+        least = std::min(least, option->edits);
+        if (option->value == nullptr || !option->required) {
+            leastNotRequired = std::min(leastNotRequired, option->edits);
+        } else if (claim.isNamed) {
+            leastRequired = std::min(leastRequired, option->edits);
+        }
+    }
+    return {least, leastNotRequired, leastRequired == never ? never : leastRequired - least};
+}
+
+struct SilentWatcher {
+    void isList(const Any& /*filters*/) const {}
+    void isJudged(const filtering::Judgement& /*judgement*/) const {}
+    void noneMatches() const {}
+    void isNoList(const Any& /*filters*/) const {}
+    void isDecidedWithout(bool /*admitted*/) const {}
+};
+
 class Search {
 public:
     Search(const Any& filters, const FilterMap& filterMap) : m_filters{filters}, m_filterMap{filterMap} {}
@@ -68,179 +105,213 @@ public:
     std::optional<Conditions> run();
 
 private:
+    using Texts = std::vector<std::pair<const std::string*, std::optional<std::string>>>;
+
     void readDeclaration();
-    void readAlternative(const AnyMap& alternative);
     void addNames();
-    std::vector<Option> optionsOf(const std::string& name) const;
-    bool admits(const FilterMap& filterMap) const;
+    void addOptions(const Name& name, const std::vector<const std::string*>& values);
+    void addTargets();
+    std::size_t placeOf(const std::string& name) const;
+    const Option* optionsOf(std::size_t name) const { return m_options.data() + m_names[name].firstOption; }
+    const Option* optionsEnd(std::size_t name) const
+    {
+        return m_options.data() + (name + 1 < m_names.size() ? m_names[name + 1].firstOption : m_options.size());
+    }
+    Conditions chosen(const std::vector<Costs>& from, unsigned fewest) const;
+    bool admits(const Conditions& conditions) const;
 
     const Any& m_filters;
     const FilterMap& m_filterMap;
+    bool m_isList = false;
+    std::vector<Texts> m_alternatives; // attributes in the map's own order, each with its text where it has one
+    std::vector<Name> m_names;         // in byte order
+    std::vector<Option> m_options;     // the ways to treat each name, the preferred one first
     std::vector<Target> m_targets;
-    std::map<std::string, std::set<std::string>> m_values; // the texts declared for a name
-    std::map<std::string, std::vector<Option>> m_options;  // the ways to treat a name, the preferred one first
 };
-
-void Search::readAlternative(const AnyMap& alternative)
-{
-    Target target;
-    for (const auto& [attribute, value] : alternative) {
-        target.named.insert(attribute);
-        m_values[attribute]; // also without a text, as its condition may go
-        const auto text = attempted([&value = value] { return value.ToString(); });
-        if (text) {
-            m_values[attribute].insert(*text);
-        }
-        if (!target.asksForRequired) {
-            continue; // not reached
-        }
-        if (text) {
-            target.declared.emplace(attribute, *text);
-        } else {
-            target.asksForRequired = false;
-        }
-    }
-    m_targets.push_back(std::move(target));
-}
 
 void Search::readDeclaration()
 {
-    if (m_filters.Type() != typeid(std::vector<Any>)) {
-        m_targets.emplace_back(); // names nothing, so nothing may be required
+    m_isList = m_filters.Type() == typeid(std::vector<Any>);
+    if (!m_isList) {
         return;
     }
     for (const Any& element : cppmicroservices::ref_any_cast<std::vector<Any>>(m_filters)) {
-        if (element.Type() == typeid(AnyMap)) {
-            readAlternative(cppmicroservices::any_cast<AnyMap>(element));
+        if (element.Type() != typeid(AnyMap)) {
+            continue;
         }
+        const auto& map = cppmicroservices::ref_any_cast<AnyMap>(element);
+        Texts texts;
+        texts.reserve(map.size());
+        for (const auto& entry : map) {
+            texts.emplace_back(&entry.first, attempted([&entry] { return entry.second.ToString(); }));
+        }
+        m_alternatives.push_back(std::move(texts));
     }
 }
 
 /// In the order of preference; "untouched" last.
-std::vector<Option> Search::optionsOf(const std::string& name) const
+///
+/// @param values  declared for the name, in byte order, each once
+void Search::addOptions(const Name& name, const std::vector<const std::string*>& values)
 {
-    const auto found = m_filterMap.find(name);
-    if (!canBeCarried(name)) {
-        return {{found != m_filterMap.end() ? State{found->second} : State{}, 0}};
-    }
-    const auto declared = m_values.find(name);
-    const std::set<std::string> values = declared != m_values.end() ? declared->second : std::set<std::string>{};
-    std::vector<Option> options;
+    const auto* const condition = name.condition;
+    const Option untouched{condition != nullptr ? &condition->first : nullptr,
+                           condition != nullptr && condition->second, 0};
     const auto eachValue = [&](bool required, unsigned edits) {
-        for (const std::string& value : values) {
-            if (found == m_filterMap.end() || value != found->second.first) {
-                options.push_back({{{value, required}}, edits});
+        for (const std::string* const value : values) {
+            if (condition == nullptr || *value != condition->first) {
+                m_options.push_back({value, required, edits});
             }
         }
     };
-    if (found == m_filterMap.end()) {
+    if (!canBeCarried(*name.text)) {
+        m_options.push_back(untouched);
+        return;
+    }
+    if (condition == nullptr) {
         eachValue(false, 1); // add
         eachValue(true, 1);  // add required
-        options.push_back({{}, 0});
-        return options;
+        m_options.push_back(untouched);
+        return;
     }
-    const auto& [value, required] = found->second;
+    const bool required = condition->second;
     eachValue(required, 1); // change
     if (required) {
-        options.push_back({{{value, false}}, 1}); // clear
-        eachValue(false, 2);                      // change and clear
+        m_options.push_back({&condition->first, false, 1}); // clear
+        eachValue(false, 2);                                // change and clear
     }
-    options.push_back({{}, 1}); // drop
+    m_options.push_back({nullptr, false, 1}); // drop
     if (!required) {
-        options.push_back({{{value, true}}, 1}); // set
-        eachValue(true, 2);                      // change and set
+        m_options.push_back({&condition->first, true, 1}); // set
+        eachValue(true, 2);                                // change and set
     }
-    options.push_back({found->second, 0});
-    return options;
+    m_options.push_back(untouched);
 }
 
 void Search::addNames()
 {
-    for (const auto& [name, condition] : m_filterMap) {
-        m_options.emplace(name, optionsOf(name));
+    // Each name with a text that is declared for it, or with none.
+    using Use = std::pair<const std::string*, const std::string*>;
+    std::size_t count = m_filterMap.size();
+    for (const Texts& texts : m_alternatives) {
+        count += texts.size();
     }
-    for (const auto& [name, values] : m_values) {
-        m_options.emplace(name, optionsOf(name));
+    std::vector<Use> uses;
+    uses.reserve(count);
+    m_names.reserve(count);
+    m_options.reserve(5 * count);
+    for (const Texts& texts : m_alternatives) {
+        for (const auto& [name, text] : texts) {
+            uses.emplace_back(name, text ? &*text : nullptr); // also without a text, as its condition may go
+        }
+    }
+    for (const auto& entry : m_filterMap) {
+        uses.emplace_back(&entry.first, nullptr);
+    }
+    std::sort(uses.begin(), uses.end(), [](const Use& a, const Use& b) {
+        if (const int order = a.first->compare(*b.first); order != 0) {
+            return order < 0;
+        }
+        return b.second != nullptr && (a.second == nullptr || *a.second < *b.second);
+    });
+    std::vector<const std::string*> values;
+    for (auto use = uses.begin(); use != uses.end();) {
+        const std::string* const name = use->first;
+        values.clear();
+        for (; use != uses.end() && *use->first == *name; ++use) {
+            if (use->second != nullptr && (values.empty() || *values.back() != *use->second)) {
+                values.push_back(use->second);
+            }
+        }
+        const auto condition = m_filterMap.find(*name);
+        m_names.push_back({name, condition != m_filterMap.end() ? &condition->second : nullptr, m_options.size()});
+        addOptions(m_names.back(), values);
     }
 }
 
-/// Of one name, with any of these ways.
-Costs costsOf(const Target& target, const std::string& name, const Option* begin, const Option* end)
+std::size_t Search::placeOf(const std::string& name) const
 {
-    const auto declared = target.declared.find(name);
-    const bool isNamed = target.named.count(name) != 0;
-    unsigned least = never;
-    unsigned leastNotRequired = never;
-    unsigned leastRequired = never;
-    for (const Option* option = begin; option != end; ++option) {
-        const auto& [after, edits] = *option;
-        if (after && declared != target.declared.end() && after->first != declared->second) {
-            continue;
-        }
-        least = std::min(least, edits);
-        if (!after || !after->second) {
-            leastNotRequired = std::min(leastNotRequired, edits);
-        } else if (isNamed) {
-            leastRequired = std::min(leastRequired, edits);
-        }
+    const auto found = std::lower_bound(m_names.begin(), m_names.end(), name,
+                                        [](const Name& one, const std::string& text) { return *one.text < text; });
+    return static_cast<std::size_t>(found - m_names.begin());
+}
+
+void Search::addTargets()
+{
+    if (!m_isList) {
+        m_targets.push_back({std::vector<Claim>(m_names.size()), true}); // names nothing, so nothing may be required
     }
-    return {least, leastNotRequired, leastRequired == never ? never : leastRequired - least};
+    for (const Texts& texts : m_alternatives) {
+        Target target{std::vector<Claim>(m_names.size()), true};
+        for (const auto& [name, text] : texts) {
+            Claim& claim = target.claims[placeOf(*name)];
+            claim.isNamed = true;
+            if (!target.asksForRequired) {
+                continue; // not reached
+            }
+            target.asksForRequired = text.has_value();
+            claim.declared = text ? &*text : nullptr;
+        }
+        m_targets.push_back(std::move(target));
+    }
 }
 
 /// Decides once more. A text that cannot be rendered admits.
-bool Search::admits(const FilterMap& filterMap) const
+bool Search::admits(const Conditions& conditions) const
 {
-    struct Watcher {
-        void isList(const Any&) const {}
-        void isJudged(const filtering::Judgement&) const {}
-        void noneMatches() const {}
-        void isNoList(const Any&) const {}
-        void isDecidedWithout(bool) const {}
-    };
-    return attempted([&] { return filtering::decide(m_filters, filterMap, Watcher{}); }).value_or(true);
+    const FilterMap filterMap = toFilterMap(conditions);
+    return attempted([&] { return filtering::decide(m_filters, filterMap, SilentWatcher{}); }).value_or(true);
+}
+
+/// @param from  of each target, what the names from one on cost
+Conditions Search::chosen(const std::vector<Costs>& from, unsigned fewest) const
+{
+    const std::size_t width = m_names.size() + 1;
+    Conditions conditions;
+    conditions.reserve(m_names.size());
+    std::vector<Costs> before(m_targets.size());
+    for (std::size_t n = 0; n < m_names.size(); ++n) {
+        // The first way with which the rest can still be done with as few edits.
+        const Option* const option = std::find_if(optionsOf(n), optionsEnd(n), [&](const Option& candidate) {
+            for (std::size_t t = 0; t < m_targets.size(); ++t) {
+                const Costs own = costsOf(m_targets[t].claims[n], &candidate, &candidate + 1);
+                if (fewestFor(m_targets[t], before[t] + own + from[t * width + n + 1]) == fewest) {
+                    return true;
+                }
+            }
+            return false;
+        });
+        for (std::size_t t = 0; t < m_targets.size(); ++t) {
+            before[t] = before[t] + costsOf(m_targets[t].claims[n], option, option + 1);
+        }
+        if (option->value != nullptr) {
+            conditions.push_back({*m_names[n].text, *option->value, option->required});
+        }
+    }
+    return conditions;
 }
 
 std::optional<Conditions> Search::run()
 {
     readDeclaration();
     addNames();
-    // Of each target, what the names from one on cost, so that a name costs no look at the others.
-    std::vector<std::vector<Costs>> from(m_targets.size(), std::vector<Costs>(m_options.size() + 1));
+    addTargets();
+    // So that a name costs no look at the others.
+    const std::size_t width = m_names.size() + 1;
+    std::vector<Costs> from(m_targets.size() * width);
     unsigned fewest = never;
     for (std::size_t t = 0; t < m_targets.size(); ++t) {
-        std::size_t at = m_options.size();
-        for (auto entry = m_options.rbegin(); entry != m_options.rend(); ++entry, --at) {
-            const auto& [name, options] = *entry;
-            from[t][at - 1] =
-                costsOf(m_targets[t], name, options.data(), options.data() + options.size()) + from[t][at];
+        for (std::size_t n = m_names.size(); n-- > 0;) {
+            from[t * width + n] =
+                costsOf(m_targets[t].claims[n], optionsOf(n), optionsEnd(n)) + from[t * width + n + 1];
         }
-        fewest = std::min(fewest, fewestFor(m_targets[t], from[t][0]));
+        fewest = std::min(fewest, fewestFor(m_targets[t], from[t * width]));
     }
     if (fewest >= never) {
         return std::nullopt;
     }
-    FilterMap changed;
-    std::vector<Costs> before(m_targets.size());
-    std::size_t at = 0;
-    for (const auto& [name, options] : m_options) {
-        ++at;
-        // The first way with which the rest can still be done with as few edits.
-        const auto chosen = std::find_if(options.begin(), options.end(), [&, name = name](const Option& option) {
-            unsigned least = never;
-            for (std::size_t t = 0; t < m_targets.size(); ++t) {
-                const Costs own = costsOf(m_targets[t], name, &option, &option + 1);
-                least = std::min(least, fewestFor(m_targets[t], before[t] + own + from[t][at]));
-            }
-            return least == fewest;
-        });
-        for (std::size_t t = 0; t < m_targets.size(); ++t) {
-            before[t] = before[t] + costsOf(m_targets[t], name, &*chosen, &*chosen + 1);
-        }
-        if (chosen->after) {
-            changed.emplace(name, *chosen->after);
-        }
-    }
-    return admits(changed) ? std::optional{toConditions(changed)} : std::nullopt;
+    Conditions conditions = chosen(from, fewest);
+    return admits(conditions) ? std::optional{std::move(conditions)} : std::nullopt;
 }
 
 } // namespace

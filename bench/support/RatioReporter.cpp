@@ -31,19 +31,20 @@ void RatioReporter::ReportRuns(const std::vector<Run>& runs)
 
 void RatioReporter::printRatios() const
 {
-    const std::string container = "ByContainer";
-    std::cout << "\ncontainer / by hand (CPU time, median of the repetitions)\n";
+    std::cout << "\nby the library / by hand (CPU time, median of the repetitions)\n";
     for (const auto& [name, times] : m_cpuTimes) {
-        const auto at = name.find(container);
-        if (at == std::string::npos) {
-            continue;
-        }
-        std::string other = name;
-        other.replace(at, container.size(), "ByHand");
-        const auto byHand = m_cpuTimes.find(other);
-        if (byHand != m_cpuTimes.end()) {
-            std::cout << std::left << std::setw(40) << name << std::fixed << std::setprecision(3)
-                      << median(times) / median(byHand->second) << "\n";
+        for (const std::string& library : {std::string{"ByContainer"}, std::string{"ByInspection"}}) {
+            const auto at = name.find(library);
+            if (at == std::string::npos) {
+                continue;
+            }
+            std::string other = name;
+            other.replace(at, library.size(), "ByHand");
+            const auto byHand = m_cpuTimes.find(other);
+            if (byHand != m_cpuTimes.end()) {
+                std::cout << std::left << std::setw(40) << name << std::fixed << std::setprecision(3)
+                          << median(times) / median(byHand->second) << "\n";
+            }
         }
     }
 }

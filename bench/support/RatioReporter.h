@@ -8,7 +8,8 @@
 
 namespace bench {
 
-/// Prints the usual table, and at the end how each "…ByContainer…" compares with its "…ByHand…" of the same run.
+/// Prints the usual table, and at the end how each "…ByContainer…" and
+/// "…ByInspection…" compares with its "…ByHand…" of the same run.
 class RatioReporter final : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run>& runs) override;
