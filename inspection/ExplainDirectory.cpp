@@ -46,10 +46,9 @@ Explanation explainDirectory(const cppmicroservices::BundleContext& context, con
         } else {
             const bundle_reader::Contents contents = contentsOf(file.path);
             for (const auto& bundle : file.bundles) {
-                Subject subject = subjectOf(bundle, filterMap, Depth::change);
+                Subject subject = subjectOf(bundle, filterMap, Depth::change, explanation.vocabulary);
                 subject.file = file.path;
                 addHints(subject, contents);
-                addDeclaredBy(explanation.vocabulary, bundle);
                 explanation.subjects.push_back(std::move(subject));
             }
         }

@@ -60,9 +60,8 @@ private:
         const std::size_t first = m_plan.bundles.size();
         bool fails = false;
         for (const Bundle& bundle : file.bundles) {
-            const Subject subject = subjectOf(bundle, m_filterMap, Depth::decision);
+            const Subject subject = subjectOf(bundle, m_filterMap, Depth::decision, m_plan.vocabulary);
             m_plan.bundles.push_back(planned(file, subject, bundle));
-            addDeclaredBy(m_plan.vocabulary, bundle);
             fails = fails || !subject.admitted;
         }
         if (fails && m_plan.keepGoing) {

@@ -29,7 +29,7 @@ void decide(Subject& subject, const Any& filters, const FilterMap& filterMap, De
 
 } // namespace
 
-Subject subjectOf(const Bundle& bundle, const FilterMap& filterMap, Depth depth)
+Subject subjectOf(const Bundle& bundle, const FilterMap& filterMap, Depth depth, Vocabulary& vocabulary)
 {
     Subject subject;
     subject.bundle = bundle.GetSymbolicName();
@@ -39,7 +39,9 @@ Subject subjectOf(const Bundle& bundle, const FilterMap& filterMap, Depth depth)
     auto name = attempted([&headers] { return headers.AtCompoundKey("zq.component.name").ToString(); });
     if (name) {
         subject.name = std::move(*name);
-        decide(subject, headers.AtCompoundKey("zq.ostrelFilters", Any{}), filterMap, depth);
+        const Any filters = headers.AtCompoundKey("zq.ostrelFilters", Any{});
+        decide(subject, filters, filterMap, depth);
+        addDeclared(vocabulary, filters);
     } else {
         subject.name = subject.bundle;
         subject.reason = Reason::noComponentName;
@@ -50,7 +52,8 @@ Subject subjectOf(const Bundle& bundle, const FilterMap& filterMap, Depth depth)
 
 Subject explainBundle(const Bundle& bundle, const FilterMap& filterMap)
 {
-    return subjectOf(bundle, filterMap, Depth::change);
+    Vocabulary unused;
+    return subjectOf(bundle, filterMap, Depth::change, unused);
 }
 
 Subject explainService(const cppmicroservices::ServiceReferenceBase& service, const FilterMap& filterMap)

@@ -10,6 +10,8 @@ enum class Depth {
     change, ///< hints and the smallest change too, which cost more than all the rest
 };
 
-Subject subjectOf(const cppmicroservices::Bundle& bundle, const us_container::FilterMap& filterMap, Depth depth);
+/// @param vocabulary  gets what the bundle declares
+Subject subjectOf(const cppmicroservices::Bundle& bundle, const us_container::FilterMap& filterMap, Depth depth,
+                  Vocabulary& vocabulary);
 
 } // namespace ostrel::inspection

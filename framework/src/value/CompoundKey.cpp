@@ -44,6 +44,26 @@ Any const& valueAt(AnyMap const& map, std::string const& key, LastDot lastDot)
     return *value;
 }
 
+/// Whether a walk through maps alone ends at a key that is not there. Who asks with a default mostly asks for what may
+/// be absent, and an exception for that would cost more than all the rest.
+bool isAbsent(AnyMap const& map, std::string const& key)
+{
+    AnyMap const* inner = &map;
+    for (std::size_t begin = 0; inner != nullptr;) {
+        auto const dot = key.find('.', begin);
+        auto const found = inner->find(key.substr(begin, dot == std::string::npos ? dot : dot - begin));
+        if (found == inner->end()) {
+            return true;
+        }
+        if (dot == std::string::npos) {
+            return false;
+        }
+        begin = dot + 1;
+        inner = any_cast<AnyMap>(&found->second);
+    }
+    return false;
+}
+
 } // namespace
 
 AnyMap::AnyMap(std::initializer_list<any_map::value_type> l) : any_map(UNORDERED_MAP_CASEINSENSITIVE_KEYS, l) {}
@@ -68,7 +88,7 @@ AnyMap::mapped_type const& AnyMap::AtCompoundKey(key_type const& key) const
 AnyMap::mapped_type AnyMap::AtCompoundKey(key_type const& key, mapped_type defaultValue) const noexcept
 {
     try {
-        return valueAt(*this, key, LastDot::ignoredBehindIndex);
+        return isAbsent(*this, key) ? defaultValue : valueAt(*this, key, LastDot::ignoredBehindIndex);
     } catch (...) {
         return defaultValue;
     }
