@@ -3,9 +3,8 @@
 #include "filtering/Decision.h"
 #include "inspection/Attempt.h"
 #include "inspection/Decision.h"
+#include "inspection/DeclaredTexts.h"
 #include "inspection/SmallestChange.h"
-
-#include <cppmicroservices/AnyMap.h>
 
 #include <algorithm>
 #include <typeinfo>
@@ -13,7 +12,6 @@
 namespace ostrel::inspection {
 
 using cppmicroservices::Any;
-using cppmicroservices::AnyMap;
 using us_container::FilterMap;
 
 namespace {
@@ -97,22 +95,6 @@ private:
     bool m_isDeclared = false;
 };
 
-/// Whether the value consists of types that manifests have, for which JSON is never refused. This saves writing it.
-bool isSurelyRendered(const Any& value)
-{
-    const std::type_info& type = value.Type();
-    if (type == typeid(std::vector<Any>)) {
-        const auto& list = cppmicroservices::ref_any_cast<std::vector<Any>>(value);
-        return std::all_of(list.begin(), list.end(), isSurelyRendered);
-    }
-    if (type == typeid(AnyMap)) {
-        const auto& map = cppmicroservices::ref_any_cast<AnyMap>(value);
-        return std::all_of(map.begin(), map.end(), [](const auto& entry) { return isSurelyRendered(entry.second); });
-    }
-    return value.Empty() || type == typeid(std::string) || type == typeid(int) || type == typeid(bool) ||
-           type == typeid(double);
-}
-
 } // namespace
 
 FilterExplanation explainDecision(const Any& filters, const FilterMap& filterMap)
@@ -131,11 +113,12 @@ FilterExplanation explainFilter(const Any& filters, const FilterMap& filterMap)
 {
     FilterExplanation explanation = explainDecision(filters, filterMap);
     if (!explanation.admitted) {
-        if (!isSurelyRendered(filters) && !attempted([&filters] { return filters.ToJSON(); })) {
+        const DeclaredTexts texts = readTexts(filters);
+        if (!texts.isPlain && !attempted([&filters] { return filters.ToJSON(); })) {
             explanation.hints.emplace_back("the declaration cannot be written as JSON, so it is admitted while records "
                                            "of its evaluation are on");
         }
-        explanation.change = smallestChange(filters, filterMap);
+        explanation.change = smallestChange(filters, texts, filterMap);
     }
     return explanation;
 }

@@ -3,19 +3,15 @@
 #include "filtering/Decision.h"
 #include "inspection/Attempt.h"
 
-#include <cppmicroservices/AnyMap.h>
-
 #include <algorithm>
 #include <limits>
 #include <string>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
 namespace ostrel::inspection {
 
 using cppmicroservices::Any;
-using cppmicroservices::AnyMap;
 using us_container::FilterMap;
 
 namespace {
@@ -100,14 +96,14 @@ struct SilentWatcher {
 
 class Search {
 public:
-    Search(const Any& filters, const FilterMap& filterMap) : m_filters{filters}, m_filterMap{filterMap} {}
+    Search(const Any& filters, const DeclaredTexts& texts, const FilterMap& filterMap)
+        : m_filters{filters}, m_texts{texts}, m_filterMap{filterMap}
+    {
+    }
 
     std::optional<Conditions> run();
 
 private:
-    using Texts = std::vector<std::pair<const std::string*, std::optional<std::string>>>;
-
-    void readDeclaration();
     void addNames();
     void addOptions(const Name& name, const std::vector<const std::string*>& values);
     void addTargets();
@@ -121,33 +117,12 @@ private:
     bool admits(const Conditions& conditions) const;
 
     const Any& m_filters;
+    const DeclaredTexts& m_texts;
     const FilterMap& m_filterMap;
-    bool m_isList = false;
-    std::vector<Texts> m_alternatives; // attributes in the map's own order, each with its text where it has one
-    std::vector<Name> m_names;         // in byte order
-    std::vector<Option> m_options;     // the ways to treat each name, the preferred one first
+    std::vector<Name> m_names;     // in byte order
+    std::vector<Option> m_options; // the ways to treat each name, the preferred one first
     std::vector<Target> m_targets;
 };
-
-void Search::readDeclaration()
-{
-    m_isList = m_filters.Type() == typeid(std::vector<Any>);
-    if (!m_isList) {
-        return;
-    }
-    for (const Any& element : cppmicroservices::ref_any_cast<std::vector<Any>>(m_filters)) {
-        if (element.Type() != typeid(AnyMap)) {
-            continue;
-        }
-        const auto& map = cppmicroservices::ref_any_cast<AnyMap>(element);
-        Texts texts;
-        texts.reserve(map.size());
-        for (const auto& entry : map) {
-            texts.emplace_back(&entry.first, attempted([&entry] { return entry.second.ToString(); }));
-        }
-        m_alternatives.push_back(std::move(texts));
-    }
-}
 
 /// In the order of preference; "untouched" last.
 ///
@@ -193,14 +168,14 @@ void Search::addNames()
     // Each name with a text that is declared for it, or with none.
     using Use = std::pair<const std::string*, const std::string*>;
     std::size_t count = m_filterMap.size();
-    for (const Texts& texts : m_alternatives) {
+    for (const auto& texts : m_texts.alternatives) {
         count += texts.size();
     }
     std::vector<Use> uses;
     uses.reserve(count);
     m_names.reserve(count);
     m_options.reserve(5 * count);
-    for (const Texts& texts : m_alternatives) {
+    for (const auto& texts : m_texts.alternatives) {
         for (const auto& [name, text] : texts) {
             uses.emplace_back(name, text ? &*text : nullptr); // also without a text, as its condition may go
         }
@@ -238,10 +213,10 @@ std::size_t Search::placeOf(const std::string& name) const
 
 void Search::addTargets()
 {
-    if (!m_isList) {
+    if (!m_texts.isList) {
         m_targets.push_back({std::vector<Claim>(m_names.size()), true}); // names nothing, so nothing may be required
     }
-    for (const Texts& texts : m_alternatives) {
+    for (const auto& texts : m_texts.alternatives) {
         Target target{std::vector<Claim>(m_names.size()), true};
         for (const auto& [name, text] : texts) {
             Claim& claim = target.claims[placeOf(*name)];
@@ -293,7 +268,6 @@ Conditions Search::chosen(const std::vector<Costs>& from, unsigned fewest) const
 
 std::optional<Conditions> Search::run()
 {
-    readDeclaration();
     addNames();
     addTargets();
     // So that a name costs no look at the others.
@@ -316,9 +290,9 @@ std::optional<Conditions> Search::run()
 
 } // namespace
 
-std::optional<Conditions> smallestChange(const Any& filters, const FilterMap& filterMap)
+std::optional<Conditions> smallestChange(const Any& filters, const DeclaredTexts& texts, const FilterMap& filterMap)
 {
-    return Search{filters, filterMap}.run();
+    return Search{filters, texts, filterMap}.run();
 }
 
 } // namespace ostrel::inspection

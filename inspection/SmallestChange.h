@@ -1,6 +1,7 @@
 #pragma once
 
 #include "inspection/Condition.h"
+#include "inspection/DeclaredTexts.h"
 
 #include <cppmicroservices/Any.h>
 
@@ -9,7 +10,9 @@
 namespace ostrel::inspection {
 
 /// See FilterExplanation::change; for a declaration that is refused.
-std::optional<Conditions> smallestChange(const cppmicroservices::Any& filters,
+///
+/// @param texts  of the same declaration
+std::optional<Conditions> smallestChange(const cppmicroservices::Any& filters, const DeclaredTexts& texts,
                                          const us_container::FilterMap& filterMap);
 
 } // namespace ostrel::inspection

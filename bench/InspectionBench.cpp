@@ -1,0 +1,166 @@
+// What it costs to be told why.
+
+#include "container/DiagnosticLog.h"
+#include "container/MicroServicesContainer.h"
+#include "platform/InstallBundles.h"
+#include "support/BundleDirectory.h"
+#include "support/FrameworkWithServices.h"
+
+#include <cppmicroservices/Any.h>
+#include <cppmicroservices/AnyMap.h>
+#include <cppmicroservices/Bundle.h>
+
+#include <benchmark/benchmark.h>
+
+#include <inspection/Explanation.h>
+#include <inspection/FilterExplanation.h>
+#include <inspection/Plan.h>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using cppmicroservices::Any;
+using cppmicroservices::AnyMap;
+using cppmicroservices::BundleContext;
+using ostrel::platform::toUtf16;
+using ostrel::platform::Utf16Path;
+using ostrel::us_container::FilterMap;
+
+const std::string subject{"bench"};
+
+/// An alternative of four attributes; the last one's value differs from its condition where `value` does.
+Any fourAttributes(const std::string& value)
+{
+    AnyMap map{AnyMap::UNORDERED_MAP_CASEINSENSITIVE_KEYS};
+    for (const char* const name : {"region", "language", "mode"}) {
+        map[name] = std::string{"same"};
+    }
+    map["size"] = value;
+    return Any(std::vector<Any>{Any(map)});
+}
+
+const FilterMap fourConditions{
+    {"region", {"same", false}}, {"language", {"same", false}}, {"mode", {"same", true}}, {"size", {"large", false}}};
+
+/// Question: what does an explanation cost beside the decision alone, without records?
+/// Expected: at most ten times as much; of what is refused more, as the smallest change is looked for.
+void explainOfFourByInspection(benchmark::State& state)
+{
+    const Any filters = fourAttributes(state.range(0) == 0 ? "large" : "small");
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(ostrel::inspection::explainFilter(filters, fourConditions));
+    }
+}
+
+void explainOfFourByHand(benchmark::State& state)
+{
+    ostrel::us_container::diagnosticLog().setEnabledSeverities(0);
+    const Any filters = fourAttributes(state.range(0) == 0 ? "large" : "small");
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(ostrel::us_container::checkFilter(filters, fourConditions, subject));
+    }
+}
+
+const bench::BundleDirectory& directoryOf(const benchmark::State& state)
+{
+    static std::map<int, std::unique_ptr<bench::BundleDirectory>> directories;
+    const int count = static_cast<int>(state.range(0));
+    auto& directory = directories[count];
+    if (!directory) {
+        directory = std::make_unique<bench::BundleDirectory>(count);
+    }
+    return *directory;
+}
+
+/// Times `work(context, directory)`, each time in a framework of its own in which nothing is installed.
+template <typename Work>
+void timeFresh(benchmark::State& state, Work work)
+{
+    ostrel::us_container::diagnosticLog().setEnabledSeverities(0);
+    const bench::BundleDirectory& directory = directoryOf(state);
+    std::optional<bench::FrameworkWithServices> framework;
+    for (auto _ : state) {
+        state.PauseTiming();
+        framework.reset();
+        framework.emplace(0);
+        state.ResumeTiming();
+        work(framework->context(), directory);
+        state.PauseTiming();
+        framework.reset();
+        state.ResumeTiming();
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+void installEach(const BundleContext& context, const bench::BundleDirectory& directory)
+{
+    for (const std::string& file : directory.files()) {
+        benchmark::DoNotOptimize(ostrel::platform::installBundles(context, Utf16Path{toUtf16(file)}));
+    }
+}
+
+/// Question: what does a plan as text cost beside the installation of each file?
+/// Expected: less than a third more.
+void planByInspection(benchmark::State& state)
+{
+    timeFresh(state, [](const BundleContext& context, const bench::BundleDirectory& directory) {
+        benchmark::DoNotOptimize(
+            toText(ostrel::inspection::planDirectory(context, directory.path(), fourConditions, {})));
+    });
+}
+
+void planByHand(benchmark::State& state)
+{
+    timeFresh(state, installEach);
+}
+
+/// Question: and an explanation of all of them, which looks at the manifests a second time?
+/// Expected: twice that.
+void explainDirectoryByInspection(benchmark::State& state)
+{
+    timeFresh(state, [](const BundleContext& context, const bench::BundleDirectory& directory) {
+        benchmark::DoNotOptimize(
+            toText(ostrel::inspection::explainDirectory(context, directory.path(), fourConditions)));
+    });
+}
+
+void explainDirectoryByHand(benchmark::State& state)
+{
+    timeFresh(state, installEach);
+}
+
+/// Question: does what `ostrel-host run` plans before make its start slower than one that only installs the directory
+/// first?
+/// Expected: no more than a tenth.
+void planAndStartByInspection(benchmark::State& state)
+{
+    timeFresh(state, [](const BundleContext& context, const bench::BundleDirectory& directory) {
+        benchmark::DoNotOptimize(ostrel::inspection::planDirectory(context, directory.path(), {}, {}));
+        ostrel::us_container::MicroServicesContainer{context, Utf16Path{toUtf16(directory.path())}}.startBundles(
+            FilterMap{});
+    });
+}
+
+void planAndStartByHand(benchmark::State& state)
+{
+    timeFresh(state, [](const BundleContext& context, const bench::BundleDirectory& directory) {
+        benchmark::DoNotOptimize(ostrel::platform::installBundles(context, Utf16Path{toUtf16(directory.path())}));
+        ostrel::us_container::MicroServicesContainer{context, Utf16Path{toUtf16(directory.path())}}.startBundles(
+            FilterMap{});
+    });
+}
+
+} // namespace
+
+BENCHMARK(explainOfFourByInspection)->ArgName("refused")->Arg(0)->Arg(1);
+BENCHMARK(explainOfFourByHand)->ArgName("refused")->Arg(0)->Arg(1);
+BENCHMARK(planByInspection)->Arg(250)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(planByHand)->Arg(250)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(explainDirectoryByInspection)->Arg(250)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(explainDirectoryByHand)->Arg(250)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(planAndStartByInspection)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(planAndStartByHand)->Arg(1000)->Unit(benchmark::kMillisecond);
