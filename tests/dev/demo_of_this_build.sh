@@ -6,13 +6,13 @@ ln -s "$3" "$tree/build/dev/tools/host/ostrel-host"
 ln -s "$4" "$tree/build/dev/examples/bundles"
 
 dev demo || fail "the demo failed"
-expect_lines "With language=en these bundles started: text_dashes, text_pipeline, text_quotes_english, text_spacing, \
-text_spelling, text_statistics.
-With language=de these bundles started: text_dashes, text_pipeline, text_quotes_german, text_spacing, \
-text_statistics.
-The two sets differ: only language=en started text_quotes_english, text_spelling, and only language=de started \
-text_quotes_german."
+expect_lines "With language=en these bundles started: text.dashes, text.pipeline, text.quotes.english, text.spacing, \
+text.spelling, text.statistics.
+With language=de these bundles started: text.dashes, text.pipeline, text.quotes.german, text.spacing, \
+text.statistics.
+The two sets differ: only language=en started text.quotes.english, text.spelling, and only language=de started \
+text.quotes.german."
 
 # What it says to try next does work.
-(cd "$tree" && sed -nE 's/^  (build\/.*ostrel-host run .*)$/\1/p' log >commands && [[ -s commands ]] &&
+(cd "$tree" && sed -nE 's/^  (build\/.*ostrel-host (run|explain|plan) .*)$/\1/p' log >commands && [[ -s commands ]] &&
     bash -euo pipefail commands) >"$tree/tried" 2>&1 || fail "what to try next fails: $(cat "$tree/tried")"
