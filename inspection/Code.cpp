@@ -59,6 +59,7 @@ const std::vector<Code>& allCodes()
 {
     static const std::vector<Code> codes = [] {
         std::vector<Code> all;
+        all.reserve(rows.size());
         for (const Row& row : rows) {
             all.push_back(row.code);
         }

@@ -32,7 +32,8 @@ JsonValue toJsonValue(const InspectedBundle& bundle)
     object.add("symbolicName", bundle.symbolicName);
     addOrNull(object, "version", bundle.version);
     addOrNull(object, "componentName", bundle.componentName);
-    object.add("activator", bundle.activator).add("filters", filtersIn(headers)).add("headers", std::move(headers));
+    object.add("activator", bundle.activator).add("filters", filtersIn(headers));
+    object.add("headers", std::move(headers));
     object.add("resources", bundle.resources);
     return object.take();
 }

@@ -6,7 +6,7 @@ namespace ostrel::host {
 
 using cppmicroservices::Bundle;
 
-InstalledBundles::InstalledBundles(cppmicroservices::BundleContext context)
+InstalledBundles::InstalledBundles(const cppmicroservices::BundleContext& context)
 {
     for (const Bundle& bundle : context.GetBundles()) {
         if (bundle.GetBundleId() != 0) {

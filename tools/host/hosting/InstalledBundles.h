@@ -13,7 +13,7 @@ namespace ostrel::host {
 /// The bundles that are installed in a framework when this is made, the framework's own left out.
 class InstalledBundles {
 public:
-    explicit InstalledBundles(cppmicroservices::BundleContext context);
+    explicit InstalledBundles(const cppmicroservices::BundleContext& context);
 
     /// The bundle that a plan is about; an invalid one where it is not installed. A framework has no two bundles with
     /// the same symbolic name and version.

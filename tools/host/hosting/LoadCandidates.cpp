@@ -8,8 +8,8 @@ namespace ostrel::host {
 using cppmicroservices::Bundle;
 using cppmicroservices::ServiceReferenceU;
 
-std::vector<ServiceReferenceU> loadCandidates(cppmicroservices::BundleContext context, const InstalledBundles& bundles,
-                                              const inspection::Plan& plan)
+std::vector<ServiceReferenceU> loadCandidates(const cppmicroservices::BundleContext& context,
+                                              const InstalledBundles& bundles, const inspection::Plan& plan)
 {
     // As the container records them: under the component name, where of two the later one stays.
     std::map<std::string, std::string> locations;
@@ -28,6 +28,7 @@ std::vector<ServiceReferenceU> loadCandidates(cppmicroservices::BundleContext co
         }
     }
     std::vector<ServiceReferenceU> result;
+    result.reserve(services.size());
     for (const auto& entry : services) {
         result.push_back(entry.second);
     }

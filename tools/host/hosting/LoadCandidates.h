@@ -12,7 +12,8 @@ namespace ostrel::host {
 
 /// The services that the container's filtered load looks at: those registered by bundles that it started. Each once, by
 /// id.
-std::vector<cppmicroservices::ServiceReferenceU>
-loadCandidates(cppmicroservices::BundleContext context, const InstalledBundles& bundles, const inspection::Plan& plan);
+std::vector<cppmicroservices::ServiceReferenceU> loadCandidates(const cppmicroservices::BundleContext& context,
+                                                                const InstalledBundles& bundles,
+                                                                const inspection::Plan& plan);
 
 } // namespace ostrel::host
