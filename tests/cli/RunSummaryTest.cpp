@@ -165,6 +165,18 @@ TEST_F(KeepGoing, GivenNothingThatFails_ThenItIsLikeAnyRun)
     EXPECT_EQ(result.out, run().out);
 }
 
+TEST_F(KeepGoing, GivenBundleThatStartsAFailingOne_ThenBothAreLeftOutAndTheRestRuns)
+{
+    add("starts_another", "a.so");
+    addTest("start_throws", "b.so");
+    write("c");
+
+    const ProgramResult result = run({"--keep-going"});
+
+    EXPECT_EQ(result.status, 4);
+    EXPECT_THAT(result.out, HasSubstr("1 started, 2 failed; 0 services loaded\n"));
+}
+
 TEST_F(KeepGoing, GivenItEnds_ThenNoLinkIsLeft)
 {
     const TemporaryDirectory temporary;

@@ -20,6 +20,9 @@ public:
 
     const platform::Utf16Path& path() const { return m_wide; }
 
+    /// Whether there is a link to the file at that canonical path.
+    bool has(const std::string& file) const { return m_links.count(file) != 0; }
+
     /// Removes the link to the file at that canonical path.
     /// @return false when there is none
     bool remove(const std::string& file);

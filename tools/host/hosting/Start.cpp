@@ -6,6 +6,7 @@
 #include <exception>
 #include <inspection/StartFailure.h>
 #include <set>
+#include <utility>
 
 namespace ostrel::host {
 
@@ -74,13 +75,13 @@ std::vector<Problem::Text> Start::run(us_container::MicroServicesContainer& cont
 Problem::Text Start::leaveOut(const std::string& message, const Remarks& remarks)
 {
     const Bundle bundle = failed(message);
-    const Problem::Text text =
+    Problem::Text text =
         bundle
             ? problemOf(bundle, message)
             : Problem::Text{
                   "the bundles cannot be started", m_shownDirectory, {message}, "check the bundles of the directory"};
     if (!m_links || !bundle || !m_links->remove(bundle.GetLocation())) {
-        throw Problem{ExitStatus::bundle, text};
+        throw Problem{ExitStatus::bundle, std::move(text)};
     }
     remarks.note("goes on without " + quoted(bundle.GetLocation()));
     return text;
@@ -88,15 +89,20 @@ Problem::Text Start::leaveOut(const std::string& message, const Remarks& remarks
 
 Bundle Start::failed(const std::string& message) const
 {
-    // A bundle may fail because of another one that it started itself; what the container tried to start is to go.
-    Bundle named = m_bundles.culprit(message);
+    // The container starts in this order, and ends at what fails. A bundle that fails because of another one that it
+    // started itself is named too, and it is the one that must go.
+    Bundle first;
     for (const PlannedBundle& planned : m_plan.bundles) {
         const Bundle bundle = planned.outcome == Outcome::start ? m_bundles.of(planned) : Bundle{};
-        if (bundle && bundle.GetState() != Bundle::STATE_ACTIVE && (!named || named == bundle)) {
+        if (!bundle || bundle.GetState() == Bundle::STATE_ACTIVE || (m_links && !m_links->has(bundle.GetLocation()))) {
+            continue;
+        }
+        if (message.find(bundle.GetLocation()) != std::string::npos) {
             return bundle;
         }
+        first = first ? first : bundle;
     }
-    return named;
+    return first ? first : m_bundles.culprit(message);
 }
 
 } // namespace ostrel::host
