@@ -40,6 +40,12 @@ Options:
                     and remarks); decisions (also what was
                     admitted or refused, and why); all (also
                     loaded services)
+  --timeout SECONDS
+                    How long the start or the stop of one
+                    bundle may take, and each other step in
+                    which code of bundles runs; fractions
+                    are allowed. Without it there is no
+                    limit
 
 Exit status:
   0  done; also when the conditions admit no bundle

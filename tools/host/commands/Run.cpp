@@ -7,8 +7,8 @@
 #include "HostOptions.h"
 #include "Problem.h"
 #include "ReportOutput.h"
-#include "StandardStreams.h"
 #include "StartProblem.h"
+#include "watch/Watch.h"
 
 #include <CLI/CLI.hpp>
 
@@ -82,16 +82,22 @@ ExitStatus run(const RunOptions& options, Streams& io)
     const auto directory = bundleDirectory(options.directory);
 
     DiagnosticOutput diagnostics{options.logLevel, io.err};
+    Watch watch{options.timeout};
     FrameworkHost host = FrameworkHost::installing(directory, options.directory);
-    divertStandardOutput();
+    watch.follow(host.context());
     {
         MicroServicesContainer container{host.context(), directory};
+        watch.step("the bundles were being started");
         guarded(host, "the bundles cannot be started", [&] { start(container, host, conditions); });
+        watch.step("the services were being loaded");
         guarded(host, "the services cannot be loaded", [&] { container.loadServices(conditions); });
+        watch.step("the services were being reported");
         guarded(host, "the services cannot be reported",
                 [&] { writeReport(io, reportOf(container, options.console)); });
+        watch.step("the bundles were being unloaded");
         unload(container, host, diagnostics);
     }
+    watch.step("the framework was being stopped");
     host.stop();
     return ExitStatus::ok;
 }
@@ -110,6 +116,7 @@ Command addRun(CLI::App& program)
                   "Print the console reports instead: a table of all installed bundles, then the names of the loaded "
                   "services and the services of all installed bundles with their users");
     addLogLevel(*app, *options);
+    addTimeout(*app, *options);
     return {app, [options](Streams& io) { return run(*options, io); }};
 }
 
