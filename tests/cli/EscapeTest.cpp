@@ -66,6 +66,28 @@ TEST_F(Escape, GivenTerminal_ThenTheConsoleReportsAreEscaped)
     EXPECT_THAT(result.out, Not(HasSubstr("\x1b")));
 }
 
+TEST_F(Escape, GivenTerminalAndOddServiceProperty_ThenItIsEscaped)
+{
+    add("odd_service");
+
+    const ProgramResult result = onTerminal();
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, HasSubstr("title = odd\\x1B[31m\\x08\n"));
+    EXPECT_THAT(result.out, Not(HasSubstr("\x1b")));
+}
+
+TEST_F(Escape, GivenOddExceptionText_ThenItIsOneLine)
+{
+    EXPECT_EQ(
+        runWith("throws_in_start").err,
+        R"(ostrel-host: error: <bundles>/throws_in_start.so: the bundle throws_in_start did not start: its start )"
+        R"(threw an exception [start-throws]
+  why: planned\x1B[31m\nfault
+  do:  repair its activator, or refuse the bundle by other conditions
+)");
+}
+
 TEST_F(Escape, GivenRecordsWithLineEnds_ThenEachIsOneLine)
 {
     addNamed("odd.zip", oddComponent);
