@@ -60,6 +60,16 @@ TEST_F(Crash, GivenFactory_ThenTheBundleWhoseCodeItIsIsNamed)
                                        "while the services were being loaded: SIGSEGV (segmentation fault)", address));
 }
 
+TEST_F(Crash, GivenFileOfSeveralBundles_ThenAllOfThemAreNamed)
+{
+    const ProgramResult result = runWith("passengers");
+
+    EXPECT_EQ(result.status, 128 + SIGSEGV);
+    EXPECT_EQ(result.err.substr(0, result.err.find('\n')),
+              "ostrel-host: error: <bundles>/passengers.so: one of the bundles passenger_a, passenger_b, passengers "
+              "crashed while the services were being loaded: SIGSEGV (segmentation fault) [crashes]");
+}
+
 TEST_F(Crash, GivenThreadOfABundle_ThenTheBundleWhoseCodeItIsIsNamed)
 {
     expectCrash("crashes_in_thread", SIGSEGV,

@@ -33,6 +33,13 @@ protected:
         return result;
     }
 
+    static std::string stopThrows(const std::string& name, const std::string& why)
+    {
+        return "ostrel-host: error: <bundles>/lib" + name + ".so: the bundle " + name +
+               " did not stop in order: its stop threw an exception [stop-throws]\n  why: " + why +
+               "\n  do:  repair its activator's Stop()\n";
+    }
+
     const TemporaryDirectory directory;
 };
 
@@ -131,11 +138,18 @@ TEST_F(FailingBundle, GivenStopThrows_ThenTheReportIsWrittenAndStatusFour)
 
     EXPECT_EQ(result.status, 4);
     EXPECT_THAT(result.out, StartsWith("Bundles:\n    stop_throws, 1, ACTIVE\n"));
-    EXPECT_EQ(result.err, "ostrel-host: error: <bundles>/libstop_throws.so: not everything was unloaded in order\n"
-                          "  why: Error while stoping <bundles>/libstop_throws.so: Bundle stop_throws "
-                          "(location=<bundles>/libstop_throws.so), BundleActivator::Stop() failed: planned fault: "
-                          "stop_throws\n"
-                          "  do:  repair the bundle's Stop()\n");
+    EXPECT_EQ(result.err, stopThrows("stop_throws", "planned fault: stop_throws"));
+}
+
+TEST_F(FailingBundle, GivenSeveralStopsThatThrow_ThenEachIsTold)
+{
+    std::filesystem::copy_file(testBundle("stop_throws_int"), directory.path() / "libstop_throws_int.so");
+
+    const ProgramResult result = runWith("stop_throws");
+
+    EXPECT_EQ(result.status, 4);
+    EXPECT_EQ(result.err, stopThrows("stop_throws_int", "it threw something that is no std::exception") +
+                              stopThrows("stop_throws", "planned fault: stop_throws"));
 }
 
 TEST_F(FailingBundle, GivenLogLevelNone_WhenStopThrows_ThenTheStatusIsTheSame)

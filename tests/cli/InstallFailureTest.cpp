@@ -22,8 +22,6 @@ protected:
     }
 };
 
-const char* const component = R"({"component": {"name": "a"}})";
-
 std::string manifestOf(const std::string& more)
 {
     return R"({"bundle.symbolic_name": "a", "zq": {"component": {"name": "a"}})" + more + "}";

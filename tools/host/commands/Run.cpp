@@ -8,6 +8,7 @@
 #include "Problem.h"
 #include "ReportOutput.h"
 #include "StartProblem.h"
+#include "UnloadProblem.h"
 #include "watch/Watch.h"
 
 #include <CLI/CLI.hpp>
@@ -59,9 +60,7 @@ void unload(MicroServicesContainer& container, const FrameworkHost& host, Diagno
     diagnostics.beginUnload();
     guarded(host, "the bundles cannot be unloaded", [&] { container.unload(); });
     if (!diagnostics.unloadProblems().empty()) {
-        throw Problem{ExitStatus::bundle,
-                      {"not everything was unloaded in order", host.culprit(diagnostics.unloadProblems().front()),
-                       diagnostics.unloadProblems(), "repair the bundle's Stop()"}};
+        throw Problem{ExitStatus::bundle, unloadProblems(host, diagnostics.unloadProblems())};
     }
 }
 

@@ -1,8 +1,6 @@
 #include "watch/Activity.h"
 
-#include <algorithm>
 #include <unistd.h>
-#include <vector>
 
 namespace ostrel::host {
 
@@ -103,14 +101,12 @@ bool Activity::isMainThread() const noexcept
 
 Activity::Longest Activity::longest() const
 {
+    // Without allocating: who hangs may hold what that needs.
     Longest found{nullptr, m_lastChange};
-    std::vector<pid_t> seen;
     for (const Work* work = m_latest; work != nullptr; work = work->outer) {
-        if (work->ended || std::find(seen.begin(), seen.end(), work->thread) != seen.end()) {
-            continue;
-        }
-        seen.push_back(work->thread); // what is behind it on that thread waits for it
-        if (found.work == nullptr || work->since < found.since) {
+        // What else has begun on a thread waits for its latest.
+        const bool isAtWork = latest(work->thread, nullptr) == work;
+        if (isAtWork && (found.work == nullptr || work->since < found.since)) {
             found = {work, work->since};
         }
     }

@@ -152,14 +152,17 @@ std::string thrown()
 
 [[noreturn]] void onTerminate()
 {
-    if (getpid() == process && becomeTeller()) {
+    if (getpid() == process) {
         const Activity::Suspect suspect = Activity::instance().suspectOfThisThread();
+        // Before this thread becomes the teller: the exception's text is code of the bundle and may crash itself.
         const std::string what = thrown();
-        SafeLine line;
-        writeCulprit(line, suspect, "crashed", "the program crashed")
-            << ": " << what << " [crashes]\n  why: the C++ library ends the process then"
-            << "\n  do:  catch it in the bundle, or take the bundle out of the directory\n";
-        line.write();
+        if (becomeTeller()) {
+            SafeLine line;
+            writeCulprit(line, suspect, "crashed", "the program crashed")
+                << ": " << what << " [crashes]\n  why: the C++ library ends the process then"
+                << "\n  do:  catch it in the bundle, or take the bundle out of the directory\n";
+            line.write();
+        }
     }
     std::abort();
 }

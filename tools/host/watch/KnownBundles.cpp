@@ -17,6 +17,24 @@ namespace {
 /// A list that only grows, so that a signal handler can walk along it at any time.
 std::atomic<const KnownBundle*> newest{nullptr};
 
+/// The names of the bundles of that file; empty when none is known.
+std::string namesAt(const std::string& location)
+{
+    for (const KnownBundle* entry = newest; entry != nullptr; entry = entry->next) {
+        if (entry->location == location) {
+            return entry->name;
+        }
+    }
+    return {};
+}
+
+const KnownBundle* add(const char* kind, const std::string& name, const std::string& location)
+{
+    newest = new KnownBundle{name, location,
+                             "ostrel-host: error: " + inspection::escaped(location) + ": " + kind + name + " ", newest};
+    return newest;
+}
+
 /// Where this thread continues when its walk fails.
 thread_local sigjmp_buf* wayBack = nullptr;
 
@@ -51,11 +69,13 @@ const KnownBundle& known(const cppmicroservices::Bundle& bundle)
     const KnownBundle*& entry = byId[bundle.GetBundleId()];
     if (entry == nullptr) {
         const std::string location = bundle.GetLocation();
-        entry = new KnownBundle{location,
-                                "ostrel-host: error: " + inspection::escaped(location) + ": the bundle " +
-                                    inspection::escaped(bundle.GetSymbolicName()) + " ",
-                                newest};
-        newest = entry;
+        const std::string name = inspection::escaped(bundle.GetSymbolicName());
+        const std::string before = namesAt(location);
+        entry = add("the bundle ", name, location);
+        if (!before.empty()) {
+            // Of the code of a library nobody can tell to which of its bundles it belongs.
+            add("one of the bundles ", before + ", " + name, location);
+        }
     }
     return *entry;
 }
