@@ -55,6 +55,7 @@ const char* libraryHolding(const void* address) noexcept
 _Unwind_Reason_Code visit(_Unwind_Context* frame, void* result)
 {
     auto& found = *static_cast<const KnownBundle**>(result);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the unwinder gives addresses as numbers
     found = bundleHolding(reinterpret_cast<const void*>(_Unwind_GetIP(frame)));
     return found == nullptr ? _URC_NO_REASON : _URC_END_OF_STACK;
 }
