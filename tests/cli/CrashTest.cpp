@@ -39,7 +39,7 @@ protected:
     }
 };
 
-const char* const address = "it used the address 0x8, which it may not";
+const char* const address = "it used the address 0x1208, which it may not";
 
 } // namespace
 
@@ -100,6 +100,13 @@ TEST_F(Crash, GivenBundleThatAnotherOneStarts_ThenTheInnerOneIsNamed)
     add("starts_another", "a.so");
 
     expectCrash("crashes_in_start", SIGSEGV, "while it was being started: SIGSEGV (segmentation fault)", address);
+}
+
+TEST_F(Crash, GivenBundleThatSurvivesTheFailureOfAnother_ThenItIsNamedItself)
+{
+    add("throws_in_start", "z.so");
+
+    expectCrash("crashes_after_failure", SIGSEGV, "while it was being started: SIGSEGV (segmentation fault)", address);
 }
 
 TEST_F(Crash, GivenAbort_ThenItSaysSo)

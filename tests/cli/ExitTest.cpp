@@ -26,17 +26,17 @@ protected:
 
 TEST_F(Exit, GivenStart_ThenStatusFourAndTheBundleIsNamed)
 {
-    expectExit("exits_in_start", "while it was being started: it called exit(0)");
+    expectExit("exits_in_start", "while it was being started: it called exit(42)");
 }
 
 TEST_F(Exit, GivenFactory_ThenTheBundleWhoseCodeItIsIsNamed)
 {
-    expectExit("exits_in_factory", "while the services were being loaded: it called exit(0)");
+    expectExit("exits_in_factory", "while the services were being loaded: it called exit(42)");
 }
 
 TEST_F(Exit, GivenThreadOfABundle_ThenTheBundleWhoseCodeItIsIsNamed)
 {
-    expectExit("exits_in_thread", "on another thread while the bundles were being started: it called exit(0)");
+    expectExit("exits_in_thread", "on another thread while the bundles were being started: it called exit(42)");
 }
 
 TEST_F(Exit, GivenQuickExit_ThenStatusFourAndTheBundleIsNamed)
@@ -54,7 +54,7 @@ TEST_F(Exit, GivenStop_ThenTheReportIsWrittenBefore)
     EXPECT_EQ(result.out.substr(0, 39), "Bundles:\n    exits_in_stop, 1, ACTIVE\n ");
     EXPECT_EQ(result.err.substr(0, result.err.find('\n')),
               "ostrel-host: error: <bundles>/exits_in_stop.so: the bundle exits_in_stop ended the process while it was "
-              "being stopped: it called exit(0) [exits]");
+              "being stopped: it called exit(42) [exits]");
 }
 
 TEST_F(Exit, GivenPrintedTextThatWaits_ThenItIsNotLost)

@@ -76,6 +76,7 @@ TEST_F(Hang, GivenBundlesThatEachTakeLessThanTheLimit_ThenTheirSumMayBeMore)
     add("naps_in_constructor", "b.so");
     add("naps_in_start", "c.so");
     add("naps_in_stop", "d.so");
+    add("naps_in_emptyFactory", "e.so"); // once when services are loaded, and once for the report
 
     const ProgramResult result = run({"--timeout", "1"});
 

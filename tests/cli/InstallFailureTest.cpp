@@ -45,6 +45,22 @@ ostrel-host: error: <bundles>/libb.so: a manifest cannot be understood [manifest
 )");
 }
 
+TEST_F(InstallFailure, GivenManyBadFiles_ThenTheyStandInTheOrderOfTheirNames)
+{
+    std::string err;
+    for (const char* const name : {"d", "a", "f", "c", "b", "e"}) {
+        write(std::string{name} + ".so", "text");
+    }
+    for (const char* const name : {"a", "b", "c", "d", "e", "f"}) {
+        err += std::string{"ostrel-host: error: <bundles>/"} + name +
+               ".so: the file is no bundle [not-a-bundle]\n"
+               "  why: it is neither a shared object nor a zip archive\n"
+               "  do:  build it again, or take it out of the directory\n";
+    }
+
+    expectError(err);
+}
+
 TEST_F(InstallFailure, GivenDamagedArchive_ThenItSaysHow)
 {
     const std::string whole = zipBundle("a", manifestOf(""));

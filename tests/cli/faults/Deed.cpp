@@ -9,7 +9,7 @@
 
 namespace {
 
-enum class Place { in_constructor, in_start, in_thread, in_factory, in_stop, in_destructor };
+enum class Place { in_constructor, in_start, in_thread, in_factory, in_emptyFactory, in_stop, in_destructor };
 
 /// Fault: at one place of its life this bundle does one of the deeds.
 void pass(Place place)
@@ -37,6 +37,10 @@ public:
                                                       const cppmicroservices::ServiceRegistrationBase&) override
     {
         pass(Place::in_factory);
+        pass(Place::in_emptyFactory);
+        if (Place::OSTREL_PLACE == Place::in_emptyFactory) {
+            return nullptr; // so that everybody who wants the service asks here
+        }
         return cppmicroservices::MakeInterfaceMap<Thing>(std::make_shared<Thing>());
     }
 

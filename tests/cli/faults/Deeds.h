@@ -14,7 +14,7 @@ namespace deeds {
 
 inline void crashes()
 {
-    *reinterpret_cast<volatile int*>(std::uintptr_t{8}) = 1;
+    *reinterpret_cast<volatile int*>(std::uintptr_t{0x1208}) = 1;
 }
 
 inline void aborts()
@@ -71,7 +71,7 @@ inline void naps()
 
 inline void exits()
 {
-    std::exit(0);
+    std::exit(42);
 }
 
 inline void quickExits()

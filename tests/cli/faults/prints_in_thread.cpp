@@ -16,7 +16,6 @@ public:
                 // Unformatted: formatted output would use up the column width that the report has just asked for.
                 std::cout.write("noise\n", 6).flush();
                 m_printed = true;
-                std::this_thread::yield();
             }
         }};
         while (!m_printed) {

@@ -27,10 +27,8 @@ Watch::~Watch()
 
 void Watch::follow(cppmicroservices::BundleContext context)
 {
+    // No code of a bundle runs before its first event of these.
     context.AddBundleListener([](const cppmicroservices::BundleEvent& event) { Activity::instance().tell(event); });
-    for (const cppmicroservices::Bundle& bundle : context.GetBundles()) {
-        known(bundle);
-    }
 }
 
 void Watch::step(const char* what)

@@ -28,7 +28,7 @@ public:
     Watch& operator=(const Watch&) = delete;
     ~Watch();
 
-    /// Listens to the framework, whose bundles are known from now on.
+    /// Listens to the framework, before any of its bundles is started.
     /// @throws std::runtime_error if the context is not valid
     void follow(cppmicroservices::BundleContext context);
 
