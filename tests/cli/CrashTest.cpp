@@ -102,6 +102,14 @@ TEST_F(Crash, GivenBundleThatAnotherOneStarts_ThenTheInnerOneIsNamed)
     expectCrash("crashes_in_start", SIGSEGV, "while it was being started: SIGSEGV (segmentation fault)", address);
 }
 
+TEST_F(Crash, GivenBundleThatAnotherOneStops_ThenTheInnerOneIsNamed)
+{
+    add("closes_others", "z.so"); // started last
+
+    EXPECT_EQ(runWith("crashes_in_stop").err,
+              crash("crashes_in_stop", "while it was being stopped: SIGSEGV (segmentation fault)", address));
+}
+
 TEST_F(Crash, GivenBundleThatSurvivesTheFailureOfAnother_ThenItIsNamedItself)
 {
     add("throws_in_start", "z.so");

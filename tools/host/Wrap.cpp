@@ -23,7 +23,7 @@ std::string wrappedLine(const std::string& line, std::size_t width)
         // A word that is longer than the line stays whole.
         std::size_t end = rest.rfind(' ', width);
         if (end == std::string::npos || end <= indent) {
-            end = rest.find(' ', std::max(indent, width));
+            end = rest.find(' ', indent);
         }
         if (end == std::string::npos) {
             break;

@@ -71,8 +71,7 @@ bool isStackUsedUp(std::uintptr_t address) noexcept
 {
     // Frames of functions may be large, and the first access may be far below the end.
     constexpr std::uintptr_t below = std::uintptr_t{1} << 20U;
-    constexpr std::uintptr_t above = std::uintptr_t{1} << 16U;
-    return Activity::instance().isMainThread() && address + below >= endOfStack && address < endOfStack + above;
+    return Activity::instance().isMainThread() && address + below >= endOfStack && address < endOfStack;
 }
 
 bool isFault(const siginfo_t& info) noexcept
