@@ -2,6 +2,7 @@
 
 #include "BundleDirectory.h"
 #include "Conditions.h"
+#include "ConsoleCapture.h"
 #include "DiagnosticOutput.h"
 #include "FrameworkHost.h"
 #include "HostOptions.h"
