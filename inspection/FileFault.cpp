@@ -47,7 +47,7 @@ std::optional<Finding> holdingFault(const std::string& path, const Contents& con
                        {},
                        "the file is no bundle",
                        whyNoBundle(contents),
-                       "take it out of the directory, or give it a name that does not end in \".so\""};
+                       "build it again if it is to be a bundle; else take it out of the directory"};
     case Holding::noArchive:
         return Finding{Code::notABundle,
                        path,

@@ -54,9 +54,11 @@ TEST_F(BundlePrints, GivenAllMeansOfPrinting_ThenStandardOutputHoldsTheConsoleRe
     EXPECT_EQ(result.err, printed);
 }
 
-TEST_F(BundlePrints, GivenThreadThatPrintsAllTheTime_ThenTheConsoleReportsAreWhole)
+TEST_F(BundlePrints, GivenThreadsThatPrintAllTheTime_ThenTheConsoleReportsAreWhole)
 {
-    const ProgramResult result = runWith("prints_in_thread", {"--console"});
+    add("prints_in_thread");
+
+    const ProgramResult result = run({"--console"});
 
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.out, consoleReportOf("prints_in_thread"));

@@ -72,19 +72,6 @@ TEST(BundleDirectory, GivenLinksInACircle_ThenTheRemedyIsToMendThem)
                                          "mend the links on its path, which lead round in a circle"));
 }
 
-TEST(BundleDirectory, GivenTooFewDescriptors_ThenTheRemedyIsTheirLimit)
-{
-    const TemporaryDirectory directory;
-
-    // Three standard streams and the copy of standard output leave none for the directory.
-    const ProgramResult result =
-        runProgram("/bin/sh", {"-c", "ulimit -n 4 && exec \"$0\" run \"$1\"", OSTREL_TEST_HOST, directory.path()});
-
-    EXPECT_EQ(result.status, 3);
-    EXPECT_EQ(result.err, directoryError(directory.path(), "Too many open files",
-                                         "raise the limit of open files of this process, which 'ulimit -n' shows"));
-}
-
 TEST(BundleDirectory, GivenFile_ThenStatusThree)
 {
     const TemporaryDirectory directory;

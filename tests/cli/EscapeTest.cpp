@@ -66,6 +66,28 @@ TEST_F(Escape, GivenTerminal_ThenTheConsoleReportsAreEscaped)
     EXPECT_THAT(result.out, Not(HasSubstr("\x1b")));
 }
 
+TEST_F(Escape, GivenTerminalAndOddServiceProperty_ThenItIsEscaped)
+{
+    add("odd_service");
+
+    const ProgramResult result = onTerminal({"--report"});
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_THAT(result.out, HasSubstr("title = odd\\x1B[31m\\x08\n"));
+    EXPECT_THAT(result.out, Not(HasSubstr("\x1b")));
+}
+
+TEST_F(Escape, GivenOddExceptionText_ThenItIsOneLine)
+{
+    EXPECT_EQ(
+        runWith("throws_in_start").err,
+        R"(ostrel-host: error: <bundles>/throws_in_start.so: the bundle "throws_in_start" did not start: its start )"
+        R"(threw an exception [start-throws]
+  why: planned\x1B[31m\nfault
+  do:  repair its activator, or refuse the bundle by other conditions
+)");
+}
+
 TEST_F(Escape, GivenRecordsWithLineEnds_ThenEachIsOneLine)
 {
     addNamed("odd.zip", oddComponent);
@@ -81,7 +103,7 @@ TEST_F(Escape, GivenOddFileName_ThenItIsShownWithEscapes)
 
     EXPECT_EQ(run().err, R"(ostrel-host: error: <bundles>/libodd\x1B[1m\n.so: the file is no bundle [not-a-bundle]
   why: it is neither a shared object nor a zip archive
-  do:  take it out of the directory, or give it a name that does not end in ".so"
+  do:  build it again if it is to be a bundle; else take it out of the directory
 ostrel-host: note: nothing is started; with --keep-going the rest would be
 )");
 }

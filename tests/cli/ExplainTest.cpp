@@ -134,7 +134,7 @@ TEST_F(Explain, GivenFileThatCannotBeInstalled_ThenTheOthersAreExplainedAndStatu
     EXPECT_THAT(Json{result.out}["findings"].texts("code"), ElementsAre("not-a-bundle"));
     EXPECT_EQ(result.err, R"(ostrel-host: error: <bundles>/b.so: the file is no bundle [not-a-bundle]
   why: it is neither a shared object nor a zip archive
-  do:  take it out of the directory, or give it a name that does not end in ".so"
+  do:  build it again if it is to be a bundle; else take it out of the directory
 )");
 }
 

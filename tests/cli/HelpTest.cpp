@@ -13,7 +13,7 @@ using testing::Not;
 namespace {
 
 const char* const narrowHelp = R"(Start the bundles of a directory that the conditions admit,
-load their services, print a report of both, and unload.
+load their services, say what came of it, and unload.
 Usage: ostrel-host run [OPTIONS] DIR
 
 Positionals:
@@ -29,6 +29,14 @@ Options:
                     NAME=VALUE: as --when, and what declares
                     none of the required NAMEs is refused.
                     May be repeated
+  --plan FILE       Do exactly what 'plan -o FILE' wrote
+                    down, with its conditions; refused when
+                    a bundle has changed since
+  --keep-going      Leave out what fails, and start the
+                    rest; without it nothing is started when
+                    one file or bundle cannot be used
+  --report          Print the container's report of bundles
+                    and services instead of the summary
   --console         Print the console reports instead: a
                     table of all installed bundles, then the
                     names of the loaded services and the
@@ -40,6 +48,12 @@ Options:
                     and remarks); decisions (also what was
                     admitted or refused, and why); all (also
                     loaded services)
+  --timeout SECONDS
+                    How long the start or the stop of one
+                    bundle may take, and each other step in
+                    which code of bundles runs; fractions
+                    are allowed. Without it there is no
+                    limit
 
 Exit status:
   0  done; also when the conditions admit no bundle
@@ -63,8 +77,18 @@ Options:
 
 Subcommands:
   run                     Start the bundles of a directory that the conditions
-                          admit, load their services, print a report of both,
-                          and unload.
+                          admit, load their services, say what came of it, and
+                          unload.
+  plan                    Say what 'run' with the same options will do: which
+                          bundles start, which are refused, which fail, and why.
+                          Runs no code of a bundle.
+  explain                 Say of each bundle why the conditions admit or refuse
+                          it, and which smallest change of the conditions would
+                          admit what is refused. Runs no code of a bundle,
+                          unless services are asked for.
+  inspect                 Say what a file is and holds, or each file of a
+                          directory, and which conditions are declared. Runs no
+                          code of a bundle.
 
 Exit status:
   0  done; also when the conditions admit no bundle

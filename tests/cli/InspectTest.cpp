@@ -68,7 +68,7 @@ TEST_F(InspectCommand, GivenFileThatIsNone_ThenStatusSevenAndWhy)
     EXPECT_EQ(result.err, "");
     EXPECT_EQ(result.out, R"(<bundles>/a.txt: a file of another kind
   no bundle: the file is no bundle: it is neither a shared object nor a zip archive [not-a-bundle]
-  do: take it out of the directory, or give it a name that does not end in ".so"
+  do: build it again if it is to be a bundle; else take it out of the directory
 )");
 }
 

@@ -130,7 +130,7 @@ ostrel-host: note: goes on without '<bundles>/c.so'
 ostrel-host: note: goes on without '<bundles>/d.so'
 ostrel-host: error: <bundles>/b.so: the file is no bundle [not-a-bundle]
   why: it is neither a shared object nor a zip archive
-  do:  take it out of the directory, or give it a name that does not end in ".so"
+  do:  build it again if it is to be a bundle; else take it out of the directory
 ostrel-host: error: <bundles>/c.so: the bundle "start_throws" did not start: its start threw an exception [start-throws]
   why: planned fault: start_throws
   do:  repair its activator, or refuse the bundle by other conditions

@@ -40,15 +40,15 @@ const char* const escapedCondition = R"(ostrel-host: error: the condition --when
 )";
 
 const char* const noCommand = R"(ostrel-host: error: no command was given
-  why: the commands are: run
+  why: the commands are: run, plan, explain, inspect
   do:  see 'ostrel-host --help'
 )";
 const char* const unknownCommand = R"(ostrel-host: error: unknown command 'walk'
-  why: the commands are: run
+  why: the commands are: run, plan, explain, inspect
   do:  see 'ostrel-host --help'
 )";
 const char* const misspeltCommand = R"(ostrel-host: error: unknown command 'rnu'
-  why: the commands are: run
+  why: the commands are: run, plan, explain, inspect
   do:  did you mean run? see 'ostrel-host --help'
 )";
 const char* const noDirectory = R"(ostrel-host: error: DIR is required
@@ -60,11 +60,11 @@ const char* const surplus = R"(ostrel-host: error: unexpected argument 'surplus\
   do:  see 'ostrel-host run --help'
 )";
 const char* const unknownOption = R"(ostrel-host: error: unknown option '--bogus'
-  why: 'run' has the options --help, --when, --require, --console, --log-level
+  why: 'run' has the options --help, --when, --require, --plan, --keep-going, --report, --console, --log-level, --timeout
   do:  see 'ostrel-host run --help'
 )";
 const char* const misspeltOption = R"(ostrel-host: error: unknown option '--wehn'
-  why: 'run' has the options --help, --when, --require, --console, --log-level
+  why: 'run' has the options --help, --when, --require, --plan, --keep-going, --report, --console, --log-level, --timeout
   do:  did you mean --when? see 'ostrel-host run --help'
 )";
 const char* const optionOfTheProgram = R"(ostrel-host: error: unknown option '--bogus'
@@ -83,6 +83,13 @@ const char* const misspeltLevel = R"(ostrel-host: error: unknown level 'problem'
   why: the levels are: none, problems, decisions, all
   do:  did you mean problems?
 )";
+
+std::string noSeconds(const std::string& value)
+{
+    return "ostrel-host: error: --timeout '" + value +
+           "' cannot be understood\n  why: it is no number of seconds above zero\n"
+           "  do:  write it as --timeout 30, or as --timeout 0.5\n";
+}
 
 } // namespace
 
@@ -137,6 +144,25 @@ TEST(CommandLine, GivenValueEmptyOrWithEquals_ThenItIsAccepted)
     const TemporaryDirectory empty;
 
     EXPECT_EQ(runHost({"run", empty.path(), "--when", "a=", "--when", "b=c=d"}).status, 0);
+}
+
+TEST(CommandLine, GivenTimeLimitThatIsNoPositiveNumber_ThenStatusTwo)
+{
+    for (const char* const value : {"0", "-1", "0.0", "1s", " 1", "nan", "inf", "1e99", "x"}) {
+        const ProgramResult result = runHost({"run", ".", std::string{"--timeout="} + value});
+
+        EXPECT_EQ(result.status, 2) << value;
+        EXPECT_EQ(result.err, noSeconds(value));
+    }
+}
+
+TEST(CommandLine, GivenTimeLimit_ThenItIsAccepted)
+{
+    const TemporaryDirectory empty;
+
+    for (const char* const value : {"30", "30.5", "1e2", "31536000"}) {
+        EXPECT_EQ(runHost({"run", empty.path(), "--timeout", value}).status, 0) << value;
+    }
 }
 
 TEST(CommandLine, GivenVersion_ThenItGoesToStandardOutput)

@@ -5,7 +5,7 @@ cd -- "$1"
 
 # Headers of the standard library have neither a directory nor a suffix; those of C and POSIX are named.
 std='<[a-z_]+>'
-posix='<(cassert|dirent|dlfcn|elf|errno|fcntl|getopt|link|limits|pthread|sched|signal|stdlib|string|strings|time|unistd|cxxabi)\.h>|<sys/[a-z]+\.h>'
+posix='<(cassert|dirent|dlfcn|elf|errno|fcntl|getopt|link|limits|pthread|sched|setjmp|signal|stdlib|string|strings|time|unistd|unwind|cxxabi)\.h>|<sys/[a-z]+\.h>'
 framework_api='[<"]cppmicroservices/[A-Za-z/]+\.h[>"]'
 boost_log='<boost/log/[a-z_/]+\.hpp>'
 wrong=0

@@ -2,9 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <fcntl.h>
-#include <iostream>
 #include <unistd.h>
 
 namespace ostrel::host {
@@ -27,7 +25,6 @@ void prepareStandardStreams()
 
 void divertStandardOutput()
 {
-    std::fflush(stdout);
     dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 

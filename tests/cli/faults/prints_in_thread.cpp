@@ -1,24 +1,26 @@
 #include <cppmicroservices/BundleActivator.h>
 
+#include <array>
 #include <atomic>
 #include <iostream>
 #include <thread>
 
 namespace {
 
-/// Fault: a thread of its own prints to std::cout all the time.
+/// Fault: threads of its own print to std::cout all the time.
 class PrintsInThread final : public cppmicroservices::BundleActivator {
 public:
     void Start(cppmicroservices::BundleContext) override
     {
-        m_thread = std::thread{[this] {
-            while (!m_stopped) {
-                // Unformatted: formatted output would use up the column width that the report has just asked for.
-                std::cout.write("noise\n", 6).flush();
-                m_printed = true;
-                std::this_thread::yield();
-            }
-        }};
+        for (std::thread& thread : m_threads) {
+            thread = std::thread{[this] {
+                while (!m_stopped) {
+                    // Unformatted: formatted output would use up the column width that the report has just asked for.
+                    std::cout.write("noise\n", 6).flush();
+                    m_printed = true;
+                }
+            }};
+        }
         while (!m_printed) {
             std::this_thread::yield();
         }
@@ -27,13 +29,15 @@ public:
     void Stop(cppmicroservices::BundleContext) override
     {
         m_stopped = true;
-        m_thread.join();
+        for (std::thread& thread : m_threads) {
+            thread.join();
+        }
     }
 
 private:
     std::atomic<bool> m_printed{false};
     std::atomic<bool> m_stopped{false};
-    std::thread m_thread;
+    std::array<std::thread, 4> m_threads;
 };
 
 } // namespace

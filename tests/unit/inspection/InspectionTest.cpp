@@ -156,7 +156,7 @@ TEST_F(Inspect, GivenInspection_WhenWrittenAsText_ThenAllIsInLines)
                   path("b.so") +
                   ": a file of another kind\n"
                   "  no bundle: the file is no bundle: it is neither a shared object nor a zip archive [not-a-bundle]\n"
-                  "  do: take it out of the directory, or give it a name that does not end in \".so\"\n" +
+                  "  do: build it again if it is to be a bundle; else take it out of the directory\n" +
                   path("c.txt") +
                   ": a file of another kind\n"
                   "  no bundle: it is neither a shared object nor a zip archive\n"

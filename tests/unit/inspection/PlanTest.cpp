@@ -191,7 +191,7 @@ TEST_F(PlanDirectory, GivenTextNamedLikeALibrary_WhenPlanned_ThenItIsNotABundle)
     EXPECT_EQ(findingOf("a.so", "text"),
               (Finding{Code::notABundle, path("a.so"), "", "the file is no bundle",
                        "it is neither a shared object nor a zip archive",
-                       "take it out of the directory, or give it a name that does not end in \".so\""}));
+                       "build it again if it is to be a bundle; else take it out of the directory"}));
 }
 
 TEST_F(PlanDirectory, GivenDamagedArchive_WhenPlanned_ThenItsDamageIsTheReason)

@@ -7,13 +7,13 @@
 #include "HostOptions.h"
 #include "NamedSubjects.h"
 #include "Remarks.h"
-#include "StandardStreams.h"
 #include "Tool.h"
 #include "hosting/Guarded.h"
 #include "hosting/InstalledBundles.h"
 #include "hosting/LoadCandidates.h"
 #include "hosting/RunningFramework.h"
 #include "hosting/Start.h"
+#include "watch/Watch.h"
 
 #include <CLI/CLI.hpp>
 
@@ -44,16 +44,20 @@ std::vector<inspection::Subject> explainServices(const ExplainOptions& options,
     const InstalledBundles bundles{framework.context()};
     Start start{plan, bundles, options.directory};
     DiagnosticOutput diagnostics{options.logLevel, io.err};
-    divertStandardOutput();
+    Watch watch{options.timeout};
+    watch.follow(framework.context());
+    watch.step("the bundles were being started");
     us_container::MicroServicesContainer container{framework.context(), start.directory()};
     start.run(container, Remarks{io.err, options.logLevel});
     std::vector<inspection::Subject> subjects;
+    watch.step("the services were being explained");
     guarded(bundles, options.directory, "the services cannot be explained", [&] {
         for (const auto& service : loadCandidates(framework.context(), bundles, plan)) {
             subjects.push_back(inspection::explainService(service, conditions));
             inspection::addDeclaredBy(vocabulary, service);
         }
     });
+    watch.step("the bundles were being unloaded");
     guarded(bundles, options.directory, "the bundles cannot be unloaded", [&] { container.unload(); });
     return subjects;
 }
@@ -103,6 +107,7 @@ Command addExplain(CLI::App& program)
                   "Start the bundles as 'run' does, and explain the services too that it would look at to load them");
     addJson(*app, options->json);
     addLogLevel(*app, *options);
+    addTimeout(*app, *options);
     return {app, [options](Streams& io) { return run(*options, io); }};
 }
 

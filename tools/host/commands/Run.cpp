@@ -2,6 +2,7 @@
 
 #include "BundleDirectory.h"
 #include "Conditions.h"
+#include "ConsoleCapture.h"
 #include "DiagnosticOutput.h"
 #include "Findings.h"
 #include "HostOptions.h"
@@ -9,13 +10,14 @@
 #include "Problem.h"
 #include "Remarks.h"
 #include "ReportOutput.h"
-#include "StandardStreams.h"
 #include "hosting/Guarded.h"
 #include "hosting/InstalledBundles.h"
 #include "hosting/LoadCandidates.h"
 #include "hosting/RunSummary.h"
 #include "hosting/RunningFramework.h"
 #include "hosting/Start.h"
+#include "hosting/UnloadProblem.h"
+#include "watch/Watch.h"
 
 #include <CLI/CLI.hpp>
 
@@ -24,6 +26,7 @@
 #include <inspection/Remarks.h>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ostrel::host {
@@ -69,6 +72,7 @@ public:
           m_io{io},
           m_remarks{io.err, options.logLevel},
           m_diagnostics{options.logLevel, io.err},
+          m_watch{options.timeout},
           m_plan{planOf(options, m_framework.context())},
           m_bundles{m_framework.context()}
     {
@@ -76,19 +80,25 @@ public:
 
     ExitStatus run()
     {
+        m_watch.follow(m_framework.context());
         m_remarks.warnings(inspection::remarksOn(m_plan, m_options.directory));
         if (!m_plan.findings.empty() && !m_plan.keepGoing) {
             throw problemOf(m_plan.findings).noted("nothing is started; with --keep-going the rest would be");
         }
         Start start{m_plan, m_bundles, m_options.directory};
-        divertStandardOutput();
         {
             MicroServicesContainer container{m_framework.context(), start.directory()};
+            m_watch.step("the bundles were being started");
             m_failures = start.run(container, m_remarks);
+            m_watch.step("the services were being loaded");
             load(container);
-            guarded(m_bundles, m_options.directory, "the services cannot be reported", [&] { report(container); });
+            m_watch.step("the services were being reported");
+            guarded(m_bundles, m_options.directory, "the services cannot be reported",
+                    [&] { report(container, start); });
+            m_watch.step("the bundles were being unloaded");
             unload(container);
         }
+        m_watch.step("the framework was being stopped");
         m_framework.stop();
         if (!m_failures.empty()) {
             throw Problem{ExitStatus::bundle, std::move(m_failures)};
@@ -118,7 +128,7 @@ private:
             inspection::remarksOnConditions(m_plan.conditions, vocabulary, inspection::Asked::bundlesAndServices));
     }
 
-    void report(MicroServicesContainer& container)
+    void report(MicroServicesContainer& container, const Start& start)
     {
         if (m_options.console) {
             writeReport(m_io, printed([&] {
@@ -131,7 +141,7 @@ private:
         }
         if (!m_options.console && !m_options.report) {
             const std::size_t loaded = container.listManuallyLoadedServices().size();
-            m_io.out << runSummary(m_plan, m_bundles, m_failures, loaded, m_looked) << std::flush;
+            m_io.out << runSummary(m_plan, m_bundles, start.leftOut(), loaded, m_looked) << std::flush;
         }
     }
 
@@ -139,11 +149,8 @@ private:
     {
         m_diagnostics.beginUnload();
         guarded(m_bundles, m_options.directory, "the bundles cannot be unloaded", [&] { container.unload(); });
-        const std::vector<std::string>& problems = m_diagnostics.unloadProblems();
-        if (!problems.empty()) {
-            m_failures.push_back({"not everything was unloaded in order",
-                                  m_bundles.culpritFile(problems.front(), m_options.directory), problems,
-                                  "repair the bundle's Stop()", inspection::Code::stopThrows});
+        for (auto& problem : unloadProblems(m_bundles, m_options.directory, m_diagnostics.unloadProblems())) {
+            m_failures.push_back(std::move(problem));
         }
     }
 
@@ -151,6 +158,7 @@ private:
     Streams& m_io;
     const Remarks m_remarks;
     DiagnosticOutput m_diagnostics;
+    Watch m_watch; // before the framework, so that it sees its end
     RunningFramework m_framework;
     const inspection::Plan m_plan;
     const InstalledBundles m_bundles;
@@ -188,6 +196,7 @@ Command addRun(CLI::App& program)
                   "Print the console reports instead: a table of all installed bundles, then the names of the loaded "
                   "services and the services of all installed bundles with their users");
     addLogLevel(*app, *options);
+    addTimeout(*app, *options);
     return {app, [options](Streams& io) { return run(*options, io); }};
 }
 

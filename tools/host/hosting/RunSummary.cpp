@@ -1,8 +1,6 @@
 #include "hosting/RunSummary.h"
 
-#include <algorithm>
 #include <inspection/Text.h>
-#include <map>
 
 namespace ostrel::host {
 
@@ -32,7 +30,7 @@ struct Fate {
     std::string why;
 };
 
-Fate fateOf(const PlannedBundle& planned, const Bundle& bundle, const std::vector<Problem::Text>& failures)
+Fate fateOf(const PlannedBundle& planned, const Bundle& bundle, const std::map<std::string, Problem::Text>& leftOut)
 {
     switch (planned.outcome) {
     case Outcome::skip:
@@ -47,11 +45,9 @@ Fate fateOf(const PlannedBundle& planned, const Bundle& bundle, const std::vecto
     if (bundle && bundle.GetState() == Bundle::STATE_ACTIVE) {
         return {"started", whyOf(planned)};
     }
-    const auto failure = std::find_if(failures.begin(), failures.end(), [&bundle](const Problem::Text& text) {
-        return bundle && text.where == bundle.GetLocation() && !text.why.empty();
-    });
-    return failure != failures.end() ? Fate{"failed", reasonIn(*failure)}
-                                     : Fate{"not running", "it was started and is stopped again"};
+    const auto failure = bundle ? leftOut.find(bundle.GetLocation()) : leftOut.end();
+    return failure != leftOut.end() ? Fate{"failed", reasonIn(failure->second)}
+                                    : Fate{"not running", "it was started, and stopped by itself or by another one"};
 }
 
 std::string nameOf(const PlannedBundle& bundle)
@@ -69,12 +65,12 @@ std::string servicesIn(std::size_t loaded, std::size_t looked)
 } // namespace
 
 std::string runSummary(const inspection::Plan& plan, const InstalledBundles& bundles,
-                       const std::vector<Problem::Text>& failures, std::size_t loaded, std::size_t looked)
+                       const std::map<std::string, Problem::Text>& leftOut, std::size_t loaded, std::size_t looked)
 {
     std::multimap<std::string, std::string> lines;
     std::map<std::string, std::size_t> counts;
     for (const PlannedBundle& planned : plan.bundles) {
-        const Fate fate = fateOf(planned, bundles.of(planned), failures);
+        const Fate fate = fateOf(planned, bundles.of(planned), leftOut);
         ++counts[fate.verb];
         const std::string name = nameOf(planned);
         lines.emplace(name, inspection::escaped(name + ": " + fate.verb + ": " + fate.why));

@@ -5,16 +5,16 @@
 
 #include <cstddef>
 #include <inspection/Plan.h>
+#include <map>
 #include <string>
-#include <vector>
 
 namespace ostrel::host {
 
 /// What came of a run, in lines: each bundle by its name, with why it was started, refused or failed; then how many of
 /// each there are. Escaped.
 ///
-/// @param failures  of those that failed while they were started
+/// @param leftOut  Start::leftOut()
 std::string runSummary(const inspection::Plan& plan, const InstalledBundles& bundles,
-                       const std::vector<Problem::Text>& failures, std::size_t loaded, std::size_t looked);
+                       const std::map<std::string, Problem::Text>& leftOut, std::size_t loaded, std::size_t looked);
 
 } // namespace ostrel::host

@@ -74,16 +74,18 @@ std::vector<Problem::Text> Start::run(us_container::MicroServicesContainer& cont
 
 Problem::Text Start::leaveOut(const std::string& message, const Remarks& remarks)
 {
-    const Bundle bundle = failed(message);
+    const Bundle culprit = m_bundles.culprit(message);
     Problem::Text text =
-        bundle
-            ? problemOf(bundle, message)
+        culprit
+            ? problemOf(culprit, message)
             : Problem::Text{
                   "the bundles cannot be started", m_shownDirectory, {message}, "check the bundles of the directory"};
-    if (!m_links || !bundle || !m_links->remove(bundle.GetLocation())) {
+    const Bundle tried = failed(message);
+    if (!m_links || !tried || !m_links->remove(tried.GetLocation())) {
         throw Problem{ExitStatus::bundle, std::move(text)};
     }
-    remarks.note("goes on without " + quoted(bundle.GetLocation()));
+    remarks.note("goes on without " + quoted(tried.GetLocation()));
+    m_leftOut.emplace(tried.GetLocation(), text);
     return text;
 }
 
@@ -102,7 +104,7 @@ Bundle Start::failed(const std::string& message) const
         }
         first = first ? first : bundle;
     }
-    return first ? first : m_bundles.culprit(message);
+    return first;
 }
 
 } // namespace ostrel::host

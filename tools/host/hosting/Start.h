@@ -9,6 +9,7 @@
 
 #include <container/MicroServicesContainer.h>
 #include <inspection/Plan.h>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -35,6 +36,9 @@ public:
     /// @throws Problem (bundle) for the first failure, if the plan is not to keep going
     std::vector<Problem::Text> run(us_container::MicroServicesContainer& container, const Remarks& remarks);
 
+    /// Why what the container tried to start was left out, by file. That may be about a bundle that it started itself.
+    const std::map<std::string, Problem::Text>& leftOut() const { return m_leftOut; }
+
 private:
     Problem::Text leaveOut(const std::string& message, const Remarks& remarks);
     cppmicroservices::Bundle failed(const std::string& message) const;
@@ -44,6 +48,7 @@ private:
     const std::string& m_shownDirectory;
     std::unique_ptr<LinkDirectory> m_links;
     platform::Utf16Path m_directory;
+    std::map<std::string, Problem::Text> m_leftOut;
 };
 
 } // namespace ostrel::host
