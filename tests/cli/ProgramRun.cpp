@@ -138,6 +138,8 @@ ProgramResult runProgram(const std::filesystem::path& program, const std::vector
         redirect(STDIN_FILENO, in.c_str(), O_RDONLY);
         redirect(STDERR_FILENO, err.c_str(), O_WRONLY | O_CREAT | O_TRUNC);
         redirectOutput(surroundings.output, out.c_str(), terminal ? terminal->programsEnd() : -1);
+        // What this process got from those that started it is no business of the program.
+        close_range(STDERR_FILENO + 1, ~0U, 0);
         execve(argv.front(), argv.data(), environment.data());
         _exit(126);
     }
