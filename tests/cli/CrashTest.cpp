@@ -66,7 +66,8 @@ TEST_F(Crash, GivenFileOfSeveralBundles_ThenAllOfThemAreNamed)
 
     EXPECT_EQ(result.status, 128 + SIGSEGV);
     EXPECT_EQ(result.err.substr(0, result.err.find('\n')),
-              "ostrel-host: error: <bundles>/passengers.so: one of the bundles \"passenger_a\", \"passenger_b\", \"passengers\" "
+              "ostrel-host: error: <bundles>/passengers.so: one of the bundles \"passenger_a\", \"passenger_b\", "
+              "\"passengers\" "
               "crashed while the services were being loaded: SIGSEGV (segmentation fault) [crashes]");
 }
 

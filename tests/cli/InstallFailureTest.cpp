@@ -36,7 +36,8 @@ TEST_F(InstallFailure, GivenSeveralBadFilesBesideGoodOnes_ThenEachIsNamed)
     write("liba.so", "text");
     write("libb.so", zipBundle("a", "{"));
 
-    expectError(R"(ostrel-host: warning: 1 file passed over: "<bundles>/notes.txt": it is neither a shared object nor a zip archive
+    expectError(
+        R"(ostrel-host: warning: 1 file passed over: "<bundles>/notes.txt": it is neither a shared object nor a zip archive
 ostrel-host: error: <bundles>/liba.so: the file is no bundle [not-a-bundle]
   why: it is neither a shared object nor a zip archive
   do:  build it again if it is to be a bundle; else take it out of the directory

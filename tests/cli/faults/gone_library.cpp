@@ -1,0 +1,4 @@
+int ostrelTestGone()
+{
+    return 1;
+}
