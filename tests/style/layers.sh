@@ -67,7 +67,21 @@ check framework/tools "$std|$posix|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 installed="[<\"](container|platform)/(MicroServicesContainer|DiagnosticLog|Utf16Path|DiagnosticLogger|InstallBundles)\.h[>\"]"
 explained='<inspection/[A-Za-z]+\.h>'
 boost_for_hosts="$boost_log|<boost/((core|smart_ptr)/[a-z_]+|make_shared|shared_ptr)\.hpp>"
-check tools "$std|$posix|$framework_api|$installed|$explained|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>" tools/host
+# The tool: its floors, each with those below it.
+outside="$std|$posix|$framework_api|$installed|$explained|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>"
+check tools/host/frame "$outside|\"frame/[A-Za-z]+\.h\""
+check tools/host/watch "$outside|\"(frame|watch)/[A-Za-z]+\.h\""
+check tools/host/hosting "$outside|\"(frame|hosting)/[A-Za-z]+\.h\""
+check tools/host/commands "$outside|\"(frame|watch|hosting|commands)/[A-Za-z]+\.h\""
+depth=(-maxdepth 1)
+check tools/host "$outside" tools/host
+depth=()
+for folder in tools/host/*/; do
+    if [[ -d "$folder" && ! "$folder" =~ ^tools/host/(frame|watch|hosting|commands)/$ ]]; then
+        echo "$folder has no layer; give it one in this file"
+        wrong=1
+    fi
+done
 check examples "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>|<text/[A-Za-z]+\.h>"
 # The contract tests run on a bare framework; the archives that it reads are made with libzip.
 check tests/contract "$std|$posix|$framework_api|<zip\.h>|<(gtest|gmock)/[a-z]+\.h>|\"support/[A-Za-z0-9]+\.h\"" tests/contract tests

@@ -1,13 +1,13 @@
 #include "CommandLine.h"
 
-#include "Help.h"
-#include "Problem.h"
-#include "TerminalWidth.h"
-#include "UsageError.h"
 #include "commands/Explain.h"
 #include "commands/Inspect.h"
 #include "commands/Plan.h"
 #include "commands/Run.h"
+#include "frame/Help.h"
+#include "frame/Problem.h"
+#include "frame/TerminalWidth.h"
+#include "frame/UsageError.h"
 
 #include <CLI/CLI.hpp>
 

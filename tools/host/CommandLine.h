@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Command.h"
+#include "frame/Command.h"
 
 namespace ostrel::host {
 

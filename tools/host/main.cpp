@@ -1,5 +1,5 @@
 #include "CommandLine.h"
-#include "StandardStreams.h"
+#include "frame/StandardStreams.h"
 
 #include <iostream>
 

@@ -1,9 +1,9 @@
 #include "commands/Inspect.h"
 
-#include "HostOptions.h"
-#include "Problem.h"
-#include "Remarks.h"
-#include "Tool.h"
+#include "frame/HostOptions.h"
+#include "frame/Problem.h"
+#include "frame/Remarks.h"
+#include "frame/Tool.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,11 +1,11 @@
 #include "commands/Plan.h"
 
-#include "BundleDirectory.h"
-#include "Conditions.h"
-#include "HostOptions.h"
-#include "PlanFile.h"
-#include "Remarks.h"
-#include "Tool.h"
+#include "frame/Conditions.h"
+#include "frame/HostOptions.h"
+#include "frame/Remarks.h"
+#include "frame/Tool.h"
+#include "hosting/BundleDirectory.h"
+#include "hosting/PlanFile.h"
 #include "hosting/RunningFramework.h"
 
 #include <CLI/CLI.hpp>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Problem.h"
+#include "frame/Problem.h"
 #include "hosting/InstalledBundles.h"
 
 #include <exception>

@@ -1,6 +1,6 @@
 #include "hosting/LinkDirectory.h"
 
-#include "Problem.h"
+#include "frame/Problem.h"
 
 #include <cerrno>
 #include <cstdlib>

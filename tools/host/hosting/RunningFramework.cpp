@@ -1,6 +1,6 @@
 #include "hosting/RunningFramework.h"
 
-#include "Problem.h"
+#include "frame/Problem.h"
 
 #include <cppmicroservices/Any.h>
 #include <cppmicroservices/Constants.h>

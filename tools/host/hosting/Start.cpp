@@ -1,6 +1,6 @@
 #include "hosting/Start.h"
 
-#include "Findings.h"
+#include "frame/Findings.h"
 #include "hosting/LinkDirectory.h"
 
 #include <exception>

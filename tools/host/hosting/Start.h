@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Problem.h"
-#include "Remarks.h"
+#include "frame/Problem.h"
+#include "frame/Remarks.h"
 #include "hosting/InstalledBundles.h"
 #include <platform/Utf16Path.h>
 

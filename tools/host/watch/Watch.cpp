@@ -1,6 +1,6 @@
 #include "watch/Watch.h"
 
-#include "StandardStreams.h"
+#include "frame/StandardStreams.h"
 #include "watch/Activity.h"
 #include "watch/Crash.h"
 #include "watch/Exit.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LogLevel.h"
+#include "frame/LogLevel.h"
 
 #include <CLI/App.hpp>
 

@@ -1,4 +1,4 @@
-#include "DiagnosticOutput.h"
+#include "hosting/DiagnosticOutput.h"
 
 #include <boost/log/attributes/value_extraction.hpp>
 #include <boost/log/core.hpp>

@@ -1,4 +1,4 @@
-#include "Wrap.h"
+#include "frame/Wrap.h"
 
 #include <algorithm>
 #include <sstream>

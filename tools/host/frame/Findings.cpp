@@ -1,4 +1,4 @@
-#include "Findings.h"
+#include "frame/Findings.h"
 
 namespace ostrel::host {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ExitStatus.h"
-#include "StandardStreams.h"
+#include "frame/ExitStatus.h"
+#include "frame/StandardStreams.h"
 
 #include <CLI/App.hpp>
 

@@ -1,4 +1,4 @@
-#include "Problem.h"
+#include "frame/Problem.h"
 
 #include <inspection/Text.h>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "UsageError.h"
+#include "frame/UsageError.h"
 
 #include <CLI/CLI.hpp>
 

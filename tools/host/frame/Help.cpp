@@ -1,6 +1,6 @@
-#include "Help.h"
+#include "frame/Help.h"
 
-#include "Wrap.h"
+#include "frame/Wrap.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "Conditions.h"
+#include "frame/Conditions.h"
 
-#include "Problem.h"
+#include "frame/Problem.h"
 
 #include <utility>
 

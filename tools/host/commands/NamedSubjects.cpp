@@ -1,6 +1,6 @@
-#include "NamedSubjects.h"
+#include "commands/NamedSubjects.h"
 
-#include "Problem.h"
+#include "frame/Problem.h"
 
 #include <algorithm>
 #include <inspection/Text.h>

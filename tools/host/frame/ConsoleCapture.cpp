@@ -1,4 +1,4 @@
-#include "ConsoleCapture.h"
+#include "frame/ConsoleCapture.h"
 
 #include <iostream>
 #include <mutex>

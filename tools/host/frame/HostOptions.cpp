@@ -1,6 +1,6 @@
-#include "HostOptions.h"
+#include "frame/HostOptions.h"
 
-#include "Problem.h"
+#include "frame/Problem.h"
 
 #include <CLI/CLI.hpp>
 

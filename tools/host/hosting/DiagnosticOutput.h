@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LogLevel.h"
+#include "frame/LogLevel.h"
 
 #include <boost/log/sinks/sink.hpp>
 #include <boost/smart_ptr/shared_ptr.hpp>

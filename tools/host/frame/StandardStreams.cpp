@@ -1,4 +1,4 @@
-#include "StandardStreams.h"
+#include "frame/StandardStreams.h"
 
 #include <cerrno>
 #include <csignal>

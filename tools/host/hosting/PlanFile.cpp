@@ -1,6 +1,6 @@
-#include "PlanFile.h"
+#include "hosting/PlanFile.h"
 
-#include "Problem.h"
+#include "frame/Problem.h"
 
 #include <cerrno>
 #include <cstdio>

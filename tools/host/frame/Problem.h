@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ExitStatus.h"
+#include "frame/ExitStatus.h"
 
 #include <inspection/Code.h>
 #include <optional>

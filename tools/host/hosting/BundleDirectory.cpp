@@ -1,6 +1,6 @@
-#include "BundleDirectory.h"
+#include "hosting/BundleDirectory.h"
 
-#include "Problem.h"
+#include "frame/Problem.h"
 
 #include <filesystem>
 #include <stdexcept>

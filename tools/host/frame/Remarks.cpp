@@ -1,4 +1,4 @@
-#include "Remarks.h"
+#include "frame/Remarks.h"
 
 #include <inspection/Text.h>
 #include <string>

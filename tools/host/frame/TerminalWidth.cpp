@@ -1,4 +1,4 @@
-#include "TerminalWidth.h"
+#include "frame/TerminalWidth.h"
 
 #include <algorithm>
 #include <charconv>

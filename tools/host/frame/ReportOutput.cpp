@@ -1,4 +1,4 @@
-#include "ReportOutput.h"
+#include "frame/ReportOutput.h"
 
 #include <inspection/Text.h>
 
