@@ -102,6 +102,31 @@ TEST_F(Explain, GivenUnknownName_ThenTheNearestIsNamed)
               "  do:  did you mean german?\n");
 }
 
+TEST_F(Explain, GivenPartOfAName_ThenOneThatHoldsItIsNamed)
+{
+    writeThree();
+
+    EXPECT_THAT(command("explain", {"nent.germ"}).err, HasSubstr("  do:  did you mean component.german?\n"));
+    EXPECT_THAT(command("explain", {"french"}).err, HasSubstr("  do:  give one of these names\n"));
+}
+
+TEST_F(Explain, GivenNoBundleAtAll_ThenThatIsWhyTheNameIsUnknown)
+{
+    EXPECT_EQ(command("explain", {"x"}).err, "ostrel-host: error: no bundle is called 'x'\n"
+                                             "  why: the directory holds no bundle\n"
+                                             "  do:  give a directory with bundles\n");
+}
+
+TEST_F(Explain, GivenNameAndServicesAskedFor_ThenTheServicesOfThatBundleStay)
+{
+    write("a");
+    std::filesystem::copy_file(testBundle("three_services"), directory.path() / "b.so");
+
+    EXPECT_THAT(json({"--services", "lamps"})["subjects"].texts("kind"),
+                ElementsAre("bundle", "service", "service", "service"));
+    EXPECT_THAT(json({"--services", "a"})["subjects"].texts("kind"), ElementsAre("bundle"));
+}
+
 TEST_F(Explain, GivenWrongManifestAmongTen_ThenOneCommandShowsIt)
 {
     for (const char digit : std::string{"123456789"}) {

@@ -27,10 +27,17 @@ class Chosen {
 public:
     explicit Chosen(const std::vector<std::string>& names) : m_names(names.begin(), names.end()) {}
 
+    /// Bundles are asked for before the services that they registered.
     bool has(const Subject& subject)
     {
-        const bool byFile = named({subject.bundle, fileName(subject.file)});
-        return (subject.kind == SubjectKind::bundle && named({subject.name})) || byFile;
+        if (subject.kind == SubjectKind::service) {
+            return m_bundles.count(subject.bundle) != 0;
+        }
+        const bool isNamed = named({subject.name, subject.bundle, fileName(subject.file)});
+        if (isNamed) {
+            m_bundles.insert(subject.bundle);
+        }
+        return isNamed;
     }
 
     bool has(const Finding& finding) { return named({finding.bundle, fileName(finding.file)}); }
@@ -66,6 +73,7 @@ private:
     std::set<std::string> m_names;
     std::set<std::string> m_found;
     std::set<std::string> m_seen;
+    std::set<std::string> m_bundles; // symbolic names of the chosen ones
 };
 
 /// Those that are chosen, in their order.
@@ -83,7 +91,13 @@ std::vector<Value> kept(std::vector<Value>& values, Chosen& chosen)
 
 Problem::Text unknownName(const std::string& name, const std::set<std::string>& known)
 {
-    const std::string_view nearest = inspection::nearest(name, {known.begin(), known.end()});
+    std::string_view nearest = inspection::nearest(name, {known.begin(), known.end()});
+    if (nearest.empty() && !name.empty()) {
+        const auto longer = std::find_if(known.begin(), known.end(), [&name](const std::string& one) {
+            return one.find(name) != std::string::npos;
+        });
+        nearest = longer != known.end() ? std::string_view{*longer} : nearest;
+    }
     std::string listed;
     for (const std::string& one : known) {
         listed += (listed.empty() ? "" : ", ") + one;
@@ -91,7 +105,9 @@ Problem::Text unknownName(const std::string& name, const std::set<std::string>& 
     return {"no bundle is called " + quoted(name),
             "",
             {known.empty() ? "the directory holds no bundle" : "the names of bundles and files are: " + listed},
-            nearest.empty() ? "give one of these names" : "did you mean " + std::string{nearest} + '?'};
+            known.empty()     ? "give a directory with bundles"
+            : nearest.empty() ? "give one of these names"
+                              : "did you mean " + std::string{nearest} + '?'};
 }
 
 } // namespace
