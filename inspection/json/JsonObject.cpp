@@ -2,6 +2,7 @@
 
 #include "bundle_reader/manifest/JsonWriter.h"
 #include "bundle_reader/manifest/ManifestRules.h"
+#include "text/Escape.h"
 #include "text/Utf8.h"
 
 #include <algorithm>
@@ -121,6 +122,32 @@ JsonValue mapAsFrameworksTake(const JsonValue& map)
     return object.take();
 }
 
+/// JSON with escapes in place of all that a terminal could take for a command; those of one byte have them already, but
+/// for U+007F. They stand in texts alone, so that the meaning is the same.
+std::string withoutCommands(const std::string& json)
+{
+    std::string result;
+    result.reserve(json.size());
+    for (std::string_view rest = json; !rest.empty();) {
+        const std::size_t length = std::max<std::size_t>(text::characterLength(rest), 1);
+        const std::string_view character = rest.substr(0, length);
+        rest.remove_prefix(length);
+        if (length == 1 ? character != "\x7F" : text::escaped(character, length) == character) {
+            result += character;
+            continue;
+        }
+        unsigned code = static_cast<unsigned char>(character[0]) & (length == 1 ? 0x7FU : length == 2 ? 0x1FU : 0x0FU);
+        for (const char c : character.substr(1)) {
+            code = code << 6U | (static_cast<unsigned char>(c) & 0x3FU);
+        }
+        result += "\\u";
+        for (unsigned shift = 16; shift > 0; shift -= 4) {
+            result += hexDigits[code >> (shift - 4) & 0xFU];
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 JsonValue jsonText(std::string_view text)
@@ -215,7 +242,7 @@ JsonObject& JsonObject::addNull(std::string_view key)
 
 std::string JsonObject::write() const
 {
-    return bundle_reader::writeJson(m_value) + '\n';
+    return withoutCommands(bundle_reader::writeJson(m_value)) + '\n';
 }
 
 JsonValue asFrameworksTake(const JsonValue& value)

@@ -59,6 +59,24 @@ TEST(BundleDirectory, GivenPathThatIsTooLong_ThenTheRemedyIsAShorterOne)
               directoryError(name, "File name too long", "give it by a shorter path, from a directory nearer to it"));
 }
 
+TEST(BundleDirectory, GivenEntryWhoseKindCannotBeTold_ThenEachCommandNamesIt)
+{
+    const TemporaryDirectory directory;
+    std::filesystem::create_symlink(std::string(300, 'x'), directory.path() / "link");
+
+    for (const char* const command : {"run", "plan", "explain", "inspect"}) {
+        const ProgramResult result = runHost({command, directory.path()});
+
+        EXPECT_EQ(result.status, 3) << command;
+        EXPECT_EQ(result.out, "") << command;
+        EXPECT_EQ(result.err, "ostrel-host: error: " + directory.path().string() +
+                                  "/link: what lies there cannot be read\n"
+                                  "  why: File name too long\n"
+                                  "  do:  remove it, or let it lead to a file\n")
+            << command;
+    }
+}
+
 TEST(BundleDirectory, GivenLinksInACircle_ThenTheRemedyIsToMendThem)
 {
     const TemporaryDirectory directory;

@@ -88,6 +88,17 @@ TEST_F(Escape, GivenOddExceptionText_ThenItIsOneLine)
 )");
 }
 
+TEST_F(Escape, GivenJson_ThenItHoldsNothingThatATerminalCouldTakeForACommand)
+{
+    directory.write("a.zip", zipBundle("a", "{\"bundle.symbolic_name\": \"a\", \"zq\": {\"component\": {\"name\": "
+                                            "\"x\\u001b\x7F\u009B\u202E\u2028\u00A0é€😀\"}}}"));
+
+    const std::string out = runHost({"explain", directory.path(), "--json"}).out;
+
+    EXPECT_THAT(out, HasSubstr(R"("name": "x\u001B\u007f\u009b\u202e\u2028)"
+                               "\u00A0é€😀\"")); // these are no commands
+}
+
 TEST_F(Escape, GivenRecordsWithLineEnds_ThenEachIsOneLine)
 {
     addNamed("odd.zip", oddComponent);

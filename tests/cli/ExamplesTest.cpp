@@ -1,4 +1,5 @@
 #include "cli/CanonicalReport.h"
+#include "cli/Json.h"
 #include "cli/ProgramRun.h"
 #include "support/TemporaryDirectory.h"
 
@@ -60,6 +61,32 @@ TEST(RunExamples, GivenRequiredLanguageThatNoneKnows_ThenThreeHeadsAndStatusZero
     EXPECT_EQ(result.out, "Bundles:\nManually loaded service types:\nBundle services:\n");
     EXPECT_EQ(result.err, "ostrel-host: warning: the conditions admit none of 7 bundles; 'ostrel-host explain' says "
                           "why, and what would\n");
+}
+
+TEST(ExplainExamples, GivenGermanServer_ThenTheTextIsTheGoldenOne)
+{
+    const ProgramResult result =
+        runHost({"explain", OSTREL_TEST_EXAMPLE_BUNDLES, "--when", "language=de", "--require", "mode=server"});
+
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(withoutPath(result.out, OSTREL_TEST_EXAMPLE_BUNDLES), golden("german-server.explain.txt"));
+}
+
+TEST(ExplainExamples, GivenGermanServer_ThenTheJsonIsTheGoldenOne)
+{
+    const ProgramResult result = runHost({"explain", OSTREL_TEST_EXAMPLE_BUNDLES, "text.pipeline", "text.spelling",
+                                          "--when", "language=de", "--require", "mode=server", "--json"});
+
+    EXPECT_EQ(faultsBy("explanation", result.out), "");
+    EXPECT_EQ(withoutPath(result.out, OSTREL_TEST_EXAMPLE_BUNDLES), golden("german-server.explain.json"));
+}
+
+TEST(PlanExamples, GivenGerman_ThenTheTextIsTheGoldenOne)
+{
+    const ProgramResult result = runHost({"plan", OSTREL_TEST_EXAMPLE_BUNDLES, "--when", "language=de"});
+
+    EXPECT_EQ(withoutPath(result.out, OSTREL_TEST_EXAMPLE_BUNDLES), golden("german.plan.txt"));
 }
 
 TEST(RunExamples, GivenDecisionsWanted_ThenStandardErrorTellsThemInFileOrder)

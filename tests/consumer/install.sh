@@ -9,10 +9,11 @@ expected=(
     include/ostrel_us_container/container/MicroServicesContainer.h
     include/ostrel_us_container/container/DiagnosticLog.h
     include/ostrel_us_container/platform/{Utf16Path,DiagnosticLogger,InstallBundles,Export}.h
-    include/ostrel_us_container/inspection/{Condition,FilterExplanation,Export}.h
+    include/ostrel_us_container/inspection/{Code,Condition,Explanation,FilterExplanation,Finding,Inspection,Plan,Export}.h
     "$libdir"/libostrel_us_container.so{,.1} "$libdir"/libostrel_inspection.so{,.1}
     "$libdir"/cmake/ostrel_us_container/{ostrel_us_containerConfig,OstrelAddBundle}.cmake
     libexec/ostrel_us_container/ostrel_bundle_checker share/ostrel_us_container/manifest.schema.json
+    share/ostrel_us_container/schemas/{explanation,inspection,plan}.schema.json
 )
 if [[ "$framework" == embedded ]]; then
     expected+=(include/ostrel_framework/cppmicroservices/Bundle.h "$libdir"/libostrel_framework.so{,.1}

@@ -40,7 +40,8 @@ std::vector<inspection::Subject> explainServices(const ExplainOptions& options,
                                                  const us_container::FilterMap& conditions, RunningFramework& framework,
                                                  inspection::Vocabulary& vocabulary, Streams& io)
 {
-    const inspection::Plan plan = inspection::planDirectory(framework.context(), options.directory, conditions, {});
+    const inspection::Plan plan =
+        reading([&] { return inspection::planDirectory(framework.context(), options.directory, conditions, {}); });
     const InstalledBundles bundles{framework.context()};
     Start start{plan, bundles, options.directory};
     DiagnosticOutput diagnostics{options.logLevel, io.err};
@@ -68,7 +69,7 @@ ExitStatus run(const ExplainOptions& options, Streams& io)
     bundleDirectory(options.directory);
     RunningFramework framework;
     inspection::Explanation explanation =
-        inspection::explainDirectory(framework.context(), options.directory, conditions);
+        reading([&] { return inspection::explainDirectory(framework.context(), options.directory, conditions); });
     const Remarks remarks{io.err, options.logLevel};
     if (options.names.empty()) {
         remarks.warnings(inspection::remarksOn(explanation, options.directory));

@@ -4,6 +4,7 @@
 #include "frame/Problem.h"
 #include "frame/Remarks.h"
 #include "frame/Tool.h"
+#include "hosting/BundleDirectory.h"
 
 #include <CLI/CLI.hpp>
 
@@ -34,15 +35,8 @@ Inspection inspectionOf(const std::string& path)
         throw Problem{ExitStatus::directory,
                       {"there is no such file or directory", path, {"nothing has this name"}, "check the spelling"}};
     }
-    try {
-        return is_directory(status) ? inspection::inspectDirectory(path) : inspection::inspectFile(path);
-    } catch (const std::system_error& failure) {
-        throw Problem{ExitStatus::directory,
-                      {"the directory cannot be read",
-                       path,
-                       {failure.code().message()},
-                       "check the directory and who may read it"}};
-    }
+    return reading(
+        [&] { return is_directory(status) ? inspection::inspectDirectory(path) : inspection::inspectFile(path); });
 }
 
 ExitStatus run(const InspectOptions& options, Streams& io)

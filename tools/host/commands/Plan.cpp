@@ -29,8 +29,10 @@ ExitStatus run(const PlanCommandOptions& options, Streams& io)
     bundleDirectory(options.directory);
     const bool writesJson = options.json || !options.outFile.empty();
     const RunningFramework framework;
-    const inspection::Plan plan =
-        inspection::planDirectory(framework.context(), options.directory, conditions, {options.keepGoing, writesJson});
+    const inspection::Plan plan = reading([&] {
+        return inspection::planDirectory(framework.context(), options.directory, conditions,
+                                         {options.keepGoing, writesJson});
+    });
     const Remarks remarks{io.err, options.logLevel};
     remarks.warnings(inspection::remarksOn(plan, options.directory));
     remarks.warnings(inspection::remarksOnConditions(plan.conditions, plan.vocabulary, inspection::Asked::bundles));

@@ -48,7 +48,9 @@ inspection::Plan planOf(const RunOptions& options, const cppmicroservices::Bundl
 {
     if (options.planFile.empty()) {
         const FilterMap conditions = parseConditions(options.when, options.require);
-        return inspection::planDirectory(context, options.directory, conditions, {options.keepGoing, false});
+        return reading([&] {
+            return inspection::planDirectory(context, options.directory, conditions, {options.keepGoing, false});
+        });
     }
     if (!options.when.empty() || !options.require.empty()) {
         throw Problem{ExitStatus::usage,
@@ -58,8 +60,10 @@ inspection::Plan planOf(const RunOptions& options, const cppmicroservices::Bundl
                        "leave them out, or make a new plan with them"}};
     }
     const inspection::Plan then = readPlanFile(options.planFile);
-    inspection::Plan now = inspection::planDirectory(context, options.directory, toFilterMap(then.conditions),
-                                                     {then.keepGoing || options.keepGoing, true});
+    inspection::Plan now = reading([&] {
+        return inspection::planDirectory(context, options.directory, toFilterMap(then.conditions),
+                                         {then.keepGoing || options.keepGoing, true});
+    });
     requireUnchanged(options.planFile, then, now);
     return now;
 }

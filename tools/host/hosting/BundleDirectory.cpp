@@ -67,4 +67,20 @@ ostrel::platform::Utf16Path bundleDirectory(const std::string& argument)
     return ostrel::platform::Utf16Path{std::move(path)};
 }
 
+void failToList(const std::system_error& error)
+{
+    // "PATH: WORDS"
+    const std::string text = error.what();
+    const std::string words = ": " + error.code().message();
+    const std::size_t end = text.rfind(words);
+    const bool isLink =
+        error.code() == std::errc::filename_too_long || error.code() == std::errc::too_many_symbolic_link_levels;
+    throw Problem{ExitStatus::directory,
+                  {"what lies there cannot be read",
+                   text.substr(0, end),
+                   {error.code().message()},
+                   isLink ? "remove it, or let it lead to a file"
+                          : remedyFor(error.code(), "check the permissions of the directory that it lies in")}};
+}
+
 } // namespace ostrel::host
