@@ -91,12 +91,12 @@ private:
     {
         for (const Bundle& bundle : bundles) {
             if (m_seen.insert(bundle.GetBundleId()).second) {
-                m_files.emplace(identityOf(bundle), file.path);
+                m_installed.emplace_back(bundle, file.path);
                 file.bundles.push_back(bundle);
             }
         }
         if (file.bundles.empty()) {
-            file.passedOver = "it is another name of \"" + m_files[identityOf(bundles.front())] + '"';
+            file.passedOver = "it is another name of \"" + holderOf(identityOf(bundles.front())).value_or("") + '"';
         }
     }
 
@@ -139,21 +139,34 @@ private:
                 file.version = version;
                 file.componentName = componentNameOf(json.root);
             }
-            const auto twin = m_files.find({folder.name, version});
-            if (!file.fault && twin != m_files.end()) {
+            const auto twin = holderOf({folder.name, version});
+            if (!file.fault && twin) {
                 file.fault = Finding{Code::duplicateBundle,
                                      file.path,
                                      folder.name,
                                      "the bundle \"" + folder.name + "\", version " + version + ", is there already",
-                                     '"' + twin->second + "\" holds it too",
+                                     '"' + *twin + "\" holds it too",
                                      "remove one of the two files, or give one of the bundles another version"};
             }
         }
     }
 
+    /// The file in which a bundle was installed. Only what fails asks, so the index grows when it does.
+    std::optional<std::string> holderOf(const Identity& identity)
+    {
+        for (; m_indexed < m_installed.size(); ++m_indexed) {
+            const auto& [bundle, path] = m_installed[m_indexed];
+            m_holders.emplace(identityOf(bundle), path);
+        }
+        const auto found = m_holders.find(identity);
+        return found == m_holders.end() ? std::nullopt : std::optional{found->second};
+    }
+
     BundleContext m_context;
     std::set<long> m_seen;
-    std::map<Identity, std::string> m_files;
+    std::vector<std::pair<Bundle, std::string>> m_installed;
+    std::map<Identity, std::string> m_holders; // of the first m_indexed
+    std::size_t m_indexed = 0;
 };
 
 } // namespace
