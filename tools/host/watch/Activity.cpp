@@ -26,7 +26,7 @@ void Activity::tell(const BundleEvent& event)
         break;
     case BundleEvent::BUNDLE_STOPPING:
         // After a start that failed this comes too; the bundle is still being started then.
-        if (latest(gettid(), &bundle) == nullptr) {
+        if (m_latest == nullptr || latest(gettid(), &bundle) == nullptr) {
             begin(bundle, false);
         }
         break;
@@ -59,14 +59,15 @@ void Activity::end(const KnownBundle& bundle)
 {
     const std::lock_guard lock{m_mutex};
     m_lastChange = Clock::now();
-    if (Work* const work = latest(gettid(), &bundle)) {
+    const pid_t thread = gettid();
+    if (Work* const work = latest(thread, &bundle)) {
         work->ended = true;
     }
     while (m_latest != nullptr && m_latest.load()->ended) {
         m_latest = m_latest.load()->outer;
     }
     // What waited for this one to end has its time from now on.
-    if (Work* const outer = latest(gettid(), nullptr)) {
+    if (Work* const outer = latest(thread, nullptr)) {
         outer->since = m_lastChange;
     }
     m_changed.notify_all();
