@@ -85,6 +85,7 @@ private:
             m_plan.findings.push_back(noComponentName(file, subject));
             planned = failing(m_plan.findings.back());
         }
+        planned.id = bundle.GetBundleId();
         planned.symbolicName = subject.bundle;
         planned.version = bundle.GetVersion().ToString();
         return planned;

@@ -32,9 +32,10 @@ struct PlannedBundle {
     std::optional<std::string> version;
     std::optional<std::string> componentName;
     Outcome outcome = Outcome::fail;
-    std::string reason; ///< toText() of the Reason or Code; of what is not reached: what would have decided
-    std::string text;   ///< the same in plain words, as what is said of the bundle
-    std::string sha256; ///< of the file, in hexadecimal digits; "" where it was not asked for or cannot be read
+    std::string reason;     ///< toText() of the Reason or Code; of what is not reached: what would have decided
+    std::string text;       ///< the same in plain words, as what is said of the bundle
+    std::string sha256;     ///< of the file, in hexadecimal digits; "" where it was not asked for or cannot be read
+    std::optional<long> id; ///< of the bundle in the framework in which it was planned; no part of the JSON
 };
 
 /// What starting a directory by conditions will do.

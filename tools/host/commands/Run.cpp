@@ -116,9 +116,15 @@ private:
         inspection::Vocabulary vocabulary = m_plan.vocabulary;
         try {
             guarded(m_bundles, m_options.directory, "the services cannot be loaded", [&] {
-                for (const auto& service : loadCandidates(m_framework.context(), m_bundles, m_plan)) {
-                    ++m_looked;
-                    inspection::addDeclaredBy(vocabulary, service);
+                // Who wants the report alone has no use for the count; with all conditions known, services say nothing.
+                const bool isKnown = undeclaredConditions(m_plan.conditions, vocabulary).empty();
+                if (!isKnown || wantsSummary()) {
+                    for (const auto& service : loadCandidates(m_framework.context(), m_bundles, m_plan)) {
+                        ++m_looked;
+                        if (!isKnown) {
+                            inspection::addDeclaredBy(vocabulary, service);
+                        }
+                    }
                 }
                 container.loadServices(toFilterMap(m_plan.conditions));
             });
@@ -143,7 +149,7 @@ private:
         if (m_options.report) {
             writeReport(m_io, container.getMicroServicesString());
         }
-        if (!m_options.console && !m_options.report) {
+        if (wantsSummary()) {
             const std::size_t loaded = container.listManuallyLoadedServices().size();
             m_io.out << runSummary(m_plan, m_bundles, start.leftOut(), loaded, m_looked) << std::flush;
         }
@@ -157,6 +163,8 @@ private:
             m_failures.push_back(std::move(problem));
         }
     }
+
+    bool wantsSummary() const { return !m_options.console && !m_options.report; }
 
     const RunOptions& m_options;
     Streams& m_io;

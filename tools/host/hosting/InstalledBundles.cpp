@@ -1,24 +1,12 @@
 #include "hosting/InstalledBundles.h"
 
-#include <cppmicroservices/BundleVersion.h>
-
 namespace ostrel::host {
 
 using cppmicroservices::Bundle;
 
-InstalledBundles::InstalledBundles(const cppmicroservices::BundleContext& context)
-{
-    for (const Bundle& bundle : context.GetBundles()) {
-        if (bundle.GetBundleId() != 0) {
-            m_bundles.emplace(Identity{bundle.GetSymbolicName(), bundle.GetVersion().ToString()}, bundle);
-        }
-    }
-}
-
 Bundle InstalledBundles::of(const inspection::PlannedBundle& planned) const
 {
-    const auto found = m_bundles.find({planned.symbolicName.value_or(""), planned.version.value_or("")});
-    return found == m_bundles.end() ? Bundle{} : found->second;
+    return planned.id ? m_context.GetBundle(*planned.id) : Bundle{};
 }
 
 Bundle InstalledBundles::culprit(const std::string& message) const
@@ -26,15 +14,15 @@ Bundle InstalledBundles::culprit(const std::string& message) const
     Bundle found;
     std::string foundLocation;
     std::size_t foundAt = 0;
-    for (const auto& entry : m_bundles) {
-        const std::string location = entry.second.GetLocation();
+    for (const Bundle& bundle : m_context.GetBundles()) {
+        const std::string location = bundle.GetLocation();
         const std::size_t at = message.rfind(location);
-        if (at == std::string::npos) {
+        if (bundle.GetBundleId() == 0 || at == std::string::npos) {
             continue;
         }
         // A location may be the beginning of another one.
         if (!found || at > foundAt || (at == foundAt && location.size() > foundLocation.size())) {
-            found = entry.second;
+            found = bundle;
             foundLocation = location;
             foundAt = at;
         }

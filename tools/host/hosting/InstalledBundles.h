@@ -4,19 +4,17 @@
 #include <cppmicroservices/BundleContext.h>
 
 #include <inspection/Plan.h>
-#include <map>
 #include <string>
 #include <utility>
 
 namespace ostrel::host {
 
-/// The bundles that are installed in a framework when this is made, the framework's own left out.
+/// The bundles of a framework, as plans and the texts of failures name them.
 class InstalledBundles {
 public:
-    explicit InstalledBundles(const cppmicroservices::BundleContext& context);
+    explicit InstalledBundles(cppmicroservices::BundleContext context) : m_context{std::move(context)} {}
 
-    /// The bundle that a plan is about; an invalid one where it is not installed. A framework has no two bundles with
-    /// the same symbolic name and version.
+    /// The bundle that a plan made in this framework is about; an invalid one where it is not installed.
     cppmicroservices::Bundle of(const inspection::PlannedBundle& planned) const;
 
     /// The bundle that a text of the framework is about; an invalid one when it names none. Of several it is the one
@@ -27,9 +25,7 @@ public:
     std::string culpritFile(const std::string& message, const std::string& otherwise) const;
 
 private:
-    using Identity = std::pair<std::string, std::string>;
-
-    std::map<Identity, cppmicroservices::Bundle> m_bundles; // by symbolic name and version
+    cppmicroservices::BundleContext m_context;
 };
 
 } // namespace ostrel::host
