@@ -27,18 +27,6 @@ using ostrel::platform::Utf16Path;
 using ostrel::us_container::FilterMap;
 using ostrel::us_container::MicroServicesContainer;
 
-/// A directory of as many bundles as the benchmark asks for; the next benchmark of the same number has the same.
-const bench::BundleDirectory& directoryOf(const benchmark::State& state)
-{
-    static std::map<int, std::unique_ptr<bench::BundleDirectory>> directories;
-    const int count = static_cast<int>(state.range(0));
-    auto& directory = directories[count];
-    if (!directory) {
-        directory = std::make_unique<bench::BundleDirectory>(count);
-    }
-    return *directory;
-}
-
 /// A framework in which nothing is installed yet, and a container for a directory.
 struct Fresh {
     explicit Fresh(const bench::BundleDirectory& directory)
@@ -55,7 +43,7 @@ struct Fresh {
 template <typename Prepare, typename Work>
 void timeFresh(benchmark::State& state, Prepare prepare, Work work)
 {
-    const bench::BundleDirectory& directory = directoryOf(state);
+    const bench::BundleDirectory& directory = bench::directoryOf(static_cast<int>(state.range(0)));
     std::optional<Fresh> fresh;
     for (auto _ : state) {
         state.PauseTiming();

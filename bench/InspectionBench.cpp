@@ -15,7 +15,6 @@
 #include <inspection/Explanation.h>
 #include <inspection/FilterExplanation.h>
 #include <inspection/Plan.h>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -65,23 +64,12 @@ void explainOfFourByHand(benchmark::State& state)
     }
 }
 
-const bench::BundleDirectory& directoryOf(const benchmark::State& state)
-{
-    static std::map<int, std::unique_ptr<bench::BundleDirectory>> directories;
-    const int count = static_cast<int>(state.range(0));
-    auto& directory = directories[count];
-    if (!directory) {
-        directory = std::make_unique<bench::BundleDirectory>(count);
-    }
-    return *directory;
-}
-
 /// Times `work(context, directory)`, each time in a framework of its own in which nothing is installed.
 template <typename Work>
 void timeFresh(benchmark::State& state, Work work)
 {
     ostrel::us_container::diagnosticLog().setEnabledSeverities(0);
-    const bench::BundleDirectory& directory = directoryOf(state);
+    const bench::BundleDirectory& directory = bench::directoryOf(static_cast<int>(state.range(0)));
     std::optional<bench::FrameworkWithServices> framework;
     for (auto _ : state) {
         state.PauseTiming();

@@ -2,6 +2,8 @@
 
 #include "bundle_reader/zip/ArchiveWriter.h"
 
+#include <map>
+#include <memory>
 #include <optional>
 
 namespace bench {
@@ -18,6 +20,16 @@ BundleDirectory::BundleDirectory(int count)
         m_files.push_back(m_directory.write(name, archive.finish()).string());
         m_names.push_back(name);
     }
+}
+
+const BundleDirectory& directoryOf(int count)
+{
+    static std::map<int, std::unique_ptr<BundleDirectory>> directories;
+    auto& directory = directories[count];
+    if (!directory) {
+        directory = std::make_unique<BundleDirectory>(count);
+    }
+    return *directory;
 }
 
 } // namespace bench

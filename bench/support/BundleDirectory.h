@@ -25,4 +25,7 @@ private:
     std::vector<std::string> m_files;
 };
 
+/// A directory of so many bundles; who asks for the same number again gets the same.
+const BundleDirectory& directoryOf(int count);
+
 } // namespace bench
