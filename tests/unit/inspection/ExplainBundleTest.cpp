@@ -241,6 +241,30 @@ TEST_F(ExplainDirectory, GivenExplanation_WhenWritten_ThenEachSubjectHasItsLines
             "  then:   --when language=en --when 'mode=x y'\n");
 }
 
+/// The options that are said to admit, as they are to be written in a shell.
+std::string thenLine(const std::string& value)
+{
+    Explanation explanation;
+    Subject subject;
+    subject.admitted = false;
+    subject.change = Conditions{{"n", value, false}};
+    explanation.subjects.push_back(subject);
+    const std::string text = toText(explanation);
+    const std::string label = "  then:   ";
+    const std::size_t begin = text.find(label) + label.size();
+    return text.substr(begin, text.size() - begin - 1);
+}
+
+TEST(ExplanationText, GivenValueThatAShellTakesApart_WhenWritten_ThenItIsQuoted)
+{
+    EXPECT_EQ(thenLine("azAZ09_-+=.,:/@%"), "--when n=azAZ09_-+=.,:/@%");
+    for (const char odd : std::string{"`{[;~!$&()*? \"\\<>|#^]}"}) {
+        EXPECT_EQ(thenLine(std::string{odd}), "--when 'n=" + std::string{odd} + '\'');
+    }
+    EXPECT_EQ(thenLine("it's"), "--when 'n=it'\\''s'");
+    EXPECT_EQ(thenLine("é"), "--when 'n=é'");
+}
+
 TEST_F(ExplainDirectory, GivenTextsThatForgeLines_WhenWritten_ThenTheyAreEscaped)
 {
     host.write("a.zip", bundleWith("a", R"({"bundle.symbolic_name": "a",

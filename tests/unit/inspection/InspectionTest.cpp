@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <sys/resource.h>
 #include <system_error>
 
 using namespace ostrel::inspection;
@@ -114,6 +115,24 @@ TEST_F(Inspect, GivenNoFile_WhenInspected_ThenItCannotBeRead)
 
     EXPECT_EQ(file.fault->code, Code::unreadableFile);
     EXPECT_EQ(file.why, "the file cannot be read: No such file or directory");
+}
+
+TEST_F(Inspect, GivenFileThatCannotBeOpened_WhenInspected_ThenTheRemedyIsTrueForTheReason)
+{
+    EXPECT_EQ(inspectFile(path("missing")).files.at(0).fault->remedy,
+              "it was there a moment ago; run the command again");
+    EXPECT_EQ(inspectFile(std::string(300, 'x')).files.at(0).fault->remedy, "give the file a shorter path");
+    EXPECT_EQ(inspectFile(directory.path()).files.at(0).fault->remedy, "check the file and the disk that it lies on");
+
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit none{0, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    const Inspection inspection = inspectFile(testBundle("start_throws"));
+    setrlimit(RLIMIT_NOFILE, &before);
+
+    EXPECT_EQ(inspection.files.at(0).why, "the file cannot be read: Too many open files");
+    EXPECT_EQ(inspection.files.at(0).fault->remedy, "let more files be open at once (ulimit -n), or close some");
 }
 
 TEST_F(Inspect, GivenDirectory_WhenInspected_ThenEachFileComesInOrderAndTheVocabularyIsTold)
