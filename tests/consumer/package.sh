@@ -14,7 +14,7 @@ mv "$here" "$there"
 expect_output "consumer: hello from the bundle" "$there/$bindir/consumer_host" "$there/$libdir/consumer_bundles"
 if [[ "$tools" == ON ]]; then
     "$there/$bindir/ostrel-host" run "$there/$libdir/consumer_bundles" >"$scratch/report"
-    grep -q consumer_bundle "$scratch/report" || fail "ostrel-host reported: $(cat "$scratch/report")"
+    grep -q '^consumer.bundle: started: ' "$scratch/report" || fail "ostrel-host reported: $(cat "$scratch/report")"
 fi
 
 configure "$consumer_dir/project" "$scratch/build_again" "-DCMAKE_PREFIX_PATH=$there"
