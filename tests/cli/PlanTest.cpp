@@ -138,6 +138,29 @@ ostrel-host: error: <bundles>/no/such/folder: the file cannot be written
 )");
 }
 
+TEST_F(PlanCommand, GivenDeviceAsOutFile_ThenItIsWrittenToAndStaysADevice)
+{
+    write("a");
+
+    EXPECT_EQ(command("plan", {"-o", "/dev/null"}).status, 0);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    const ProgramResult full = command("plan", {"-o", "/dev/full"});
+    EXPECT_EQ(full.status, 6);
+    EXPECT_EQ(full.err, R"(ostrel-host: error: /dev/full: the file cannot be written
+  why: No space left on device
+  do:  give another place, or make room there
+)");
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+TEST_F(PlanCommand, GivenDirectoryAsOutFile_ThenStatusSix)
+{
+    const ProgramResult result = command("plan", {"-o", directory.path()});
+
+    EXPECT_EQ(result.status, 6);
+    EXPECT_THAT(result.err, HasSubstr("error: <bundles>: the file cannot be written\n  why: Is a directory\n"));
+}
+
 TEST_F(PlanCommand, GivenPlanThatHolds_WhenRun_ThenItsConditionsAreTaken)
 {
     write("a", R"([{"language": "en"}])");

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -23,14 +24,21 @@ std::string reason(int error)
 
 void writeFile(const std::string& path, const std::string& content)
 {
-    const std::string temporary = path + ".new." + std::to_string(::getpid());
+    std::error_code unknown;
+    const auto kind = std::filesystem::status(path, unknown).type();
+    // A device or a pipe takes what is written to it; nothing can take its place.
+    const bool isReplaced =
+        kind == std::filesystem::file_type::regular || kind == std::filesystem::file_type::not_found;
+    const std::string temporary = isReplaced ? path + ".new." + std::to_string(::getpid()) : path;
     errno = 0;
     std::ofstream stream{temporary, std::ios::binary | std::ios::trunc};
     stream << content << std::flush;
     stream.close();
-    if (!stream || std::rename(temporary.c_str(), path.c_str()) != 0) {
+    if (!stream || (isReplaced && std::rename(temporary.c_str(), path.c_str()) != 0)) {
         const int error = errno;
-        std::remove(temporary.c_str());
+        if (isReplaced) {
+            std::remove(temporary.c_str());
+        }
         throw Problem{ExitStatus::output,
                       {"the file cannot be written", path, {reason(error)}, "give another place, or make room there"}};
     }

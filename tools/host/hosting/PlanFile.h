@@ -5,7 +5,7 @@
 
 namespace ostrel::host {
 
-/// Writes a file whole or not at all: under another name first.
+/// Writes a file whole or not at all: under another name first. A device or a pipe is written to as it is.
 ///
 /// @throws Problem (output) when that fails
 void writeFile(const std::string& path, const std::string& content);
