@@ -177,6 +177,20 @@ TEST_F(KeepGoing, GivenBundleThatStartsAFailingOne_ThenBothAreLeftOutAndTheRestR
     EXPECT_THAT(result.out, HasSubstr("1 started, 2 failed; 0 services loaded\n"));
 }
 
+TEST_F(KeepGoing, GivenReportThatFailsAfterAll_ThenWhatFailedBeforeIsToldToo)
+{
+    directory.write("a.so", "text");
+    add("unreadable_service");
+
+    const ProgramResult result = run({"--keep-going", "--report"});
+
+    EXPECT_EQ(result.status, 4);
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, HasSubstr("error: <bundles>/a.so: the file is no bundle [not-a-bundle]\n"));
+    EXPECT_THAT(result.err, HasSubstr("error: <bundles>: the services cannot be reported\n"
+                                      "  why: planned fault: unreadable_service\n"));
+}
+
 TEST_F(KeepGoing, GivenItEnds_ThenNoLinkIsLeft)
 {
     const TemporaryDirectory temporary;

@@ -84,6 +84,22 @@ public:
 
     ExitStatus run()
     {
+        try {
+            carryOut();
+        } catch (const Problem& problem) {
+            // What failed before is told all the same.
+            m_failures.insert(m_failures.end(), problem.texts().begin(), problem.texts().end());
+            throw problem.with(std::move(m_failures));
+        }
+        if (!m_failures.empty()) {
+            throw Problem{ExitStatus::bundle, std::move(m_failures)};
+        }
+        return ExitStatus::ok;
+    }
+
+private:
+    void carryOut()
+    {
         m_watch.follow(m_framework.context());
         m_remarks.warnings(inspection::remarksOn(m_plan, m_options.directory));
         if (!m_plan.findings.empty() && !m_plan.keepGoing) {
@@ -104,13 +120,8 @@ public:
         }
         m_watch.step("the framework was being stopped");
         m_framework.stop();
-        if (!m_failures.empty()) {
-            throw Problem{ExitStatus::bundle, std::move(m_failures)};
-        }
-        return ExitStatus::ok;
     }
 
-private:
     void load(MicroServicesContainer& container)
     {
         inspection::Vocabulary vocabulary = m_plan.vocabulary;

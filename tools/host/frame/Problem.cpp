@@ -48,6 +48,13 @@ void Problem::print(std::ostream& stream) const
     stream << all << std::flush;
 }
 
+Problem Problem::with(std::vector<Text> texts) const
+{
+    Problem problem{m_status, std::move(texts)};
+    problem.m_note = m_note;
+    return problem;
+}
+
 Problem Problem::noted(std::string note) const
 {
     Problem problem = *this;

@@ -30,6 +30,9 @@ public:
     ExitStatus status() const { return m_status; }
     const std::vector<Text>& texts() const { return m_texts; }
 
+    /// The same with other texts, at least one.
+    Problem with(std::vector<Text> texts) const;
+
     /// The same with a remark on what follows from it, in one line behind all.
     Problem noted(std::string note) const;
 
