@@ -12,6 +12,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <inspection/Explanation.h>
 #include <inspection/FilterExplanation.h>
 #include <inspection/Plan.h>
@@ -61,6 +62,49 @@ void explainOfFourByHand(benchmark::State& state)
     const Any filters = fourAttributes(state.range(0) == 0 ? "large" : "small");
     for (auto _ : state) {
         benchmark::DoNotOptimize(ostrel::us_container::checkFilter(filters, fourConditions, subject));
+    }
+}
+
+/// As many alternatives of one attribute, or one alternative of as many attributes; the last one's value differs from
+/// its condition.
+Any manyOf(std::int64_t count, bool alternatives)
+{
+    std::vector<Any> list;
+    AnyMap map{AnyMap::UNORDERED_MAP_CASEINSENSITIVE_KEYS};
+    for (std::int64_t i = 0; i < count; ++i) {
+        if (alternatives) {
+            map = AnyMap{AnyMap::UNORDERED_MAP_CASEINSENSITIVE_KEYS};
+        }
+        map["name" + std::to_string(alternatives ? 0 : i)] = "value" + std::to_string(i);
+        if (alternatives) {
+            list.emplace_back(map);
+        }
+    }
+    if (!alternatives) {
+        list.emplace_back(map);
+    }
+    return Any(std::move(list));
+}
+
+const FilterMap oneCondition{{"name0", {"other", true}}};
+
+/// Question: how does an explanation grow with the alternatives of a declaration, or with the attributes of one?
+/// Expected: with attributes as the decision does, but that names are sorted. With alternatives quadratic where each
+/// declares another text of one name, as here: each text is tried with each alternative.
+void explainManyByInspection(benchmark::State& state)
+{
+    const Any filters = manyOf(state.range(0), state.range(1) != 0);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(ostrel::inspection::explainFilter(filters, oneCondition));
+    }
+}
+
+void explainManyByHand(benchmark::State& state)
+{
+    ostrel::us_container::diagnosticLog().setEnabledSeverities(0);
+    const Any filters = manyOf(state.range(0), state.range(1) != 0);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(ostrel::us_container::checkFilter(filters, oneCondition, subject));
     }
 }
 
@@ -146,6 +190,8 @@ void planAndStartByHand(benchmark::State& state)
 
 BENCHMARK(explainOfFourByInspection)->ArgName("refused")->Arg(0)->Arg(1);
 BENCHMARK(explainOfFourByHand)->ArgName("refused")->Arg(0)->Arg(1);
+BENCHMARK(explainManyByInspection)->ArgNames({"count", "alternatives"})->ArgsProduct({{16, 256, 4096}, {0, 1}});
+BENCHMARK(explainManyByHand)->ArgNames({"count", "alternatives"})->ArgsProduct({{16, 256, 4096}, {0, 1}});
 BENCHMARK(planByInspection)->Arg(250)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(planByHand)->Arg(250)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(explainDirectoryByInspection)->Arg(250)->Arg(1000)->Unit(benchmark::kMillisecond);
