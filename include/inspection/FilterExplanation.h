@@ -73,7 +73,8 @@ struct FilterExplanation {
 /// @throws std::bad_alloc
 /// @locks  none
 /// @logs   nothing
-/// @cost   of what is admitted that of the decision; of what is refused a look at each alternative for each way to treat
+/// @cost   of what is admitted that of the decision; of what is refused a look at each alternative for each way to
+/// treat
 ///         each name, so that it is quadratic in alternatives that declare as many texts of one name
 OSTREL_INSPECTION_EXPORT FilterExplanation explainFilter(const cppmicroservices::Any& filters,
                                                          const us_container::FilterMap& filterMap);
