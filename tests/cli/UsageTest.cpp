@@ -59,6 +59,10 @@ const char* const surplus = R"(ostrel-host: error: unexpected argument 'surplus\
   why: 'run' takes no more
   do:  see 'ostrel-host run --help'
 )";
+const char* const dash = R"(ostrel-host: error: unexpected argument '-'
+  why: 'run' takes no more
+  do:  see 'ostrel-host run --help'
+)";
 const char* const unknownOption = R"(ostrel-host: error: unknown option '--bogus'
   why: 'run' has the options --help, --when, --require, --plan, --keep-going, --report, --console, --log-level, --timeout
   do:  see 'ostrel-host run --help'
@@ -122,6 +126,7 @@ INSTANTIATE_TEST_SUITE_P(
     Arguments, Usage,
     testing::Values(BadUsage{"NoDirectory", {"run"}, noDirectory},
                     BadUsage{"TwoDirectories", {"run", ".", "surplus\x1b"}, surplus},
+                    BadUsage{"Dash", {"run", ".", "-"}, dash},
                     BadUsage{"UnknownOption", {"run", ".", "--bogus=1"}, unknownOption},
                     BadUsage{"MisspeltOption", {"run", ".", "--wehn", "a=1"}, misspeltOption},
                     BadUsage{"MisspeltOptionWhoseValueIsTakenForTheDirectory", {"run", "--wehn"}, misspeltOption},
