@@ -95,7 +95,7 @@ Bundle Start::failed(const std::string& message) const
     // started itself is named too, and it is the one that must go.
     Bundle first;
     for (const PlannedBundle& planned : m_plan.bundles) {
-        const Bundle bundle = planned.outcome == Outcome::start ? m_bundles.of(planned) : Bundle{};
+        Bundle bundle = planned.outcome == Outcome::start ? m_bundles.of(planned) : Bundle{};
         if (!bundle || bundle.GetState() == Bundle::STATE_ACTIVE || (m_links && !m_links->has(bundle.GetLocation()))) {
             continue;
         }
