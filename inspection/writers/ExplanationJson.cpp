@@ -1,5 +1,5 @@
 #include "inspection/Explanation.h"
-#include "inspection/Sentence.h"
+#include "inspection/start/Sentence.h"
 #include "inspection/writers/Values.h"
 
 namespace ostrel::inspection {

@@ -1,6 +1,6 @@
 #include "inspection/Explanation.h"
-#include "inspection/Sentence.h"
 #include "inspection/Text.h"
+#include "inspection/start/Sentence.h"
 
 namespace ostrel::inspection {
 namespace {

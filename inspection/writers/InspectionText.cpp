@@ -1,6 +1,6 @@
 #include "inspection/Inspection.h"
-#include "inspection/Sentence.h"
 #include "inspection/Text.h"
+#include "inspection/start/Sentence.h"
 
 namespace ostrel::inspection {
 namespace {

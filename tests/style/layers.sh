@@ -41,7 +41,23 @@ check src/container "$std|<cxxabi\.h>|$framework_api|$boost_log|\"(container|fil
 check src/filtering "$std|$framework_api|\"filtering/[A-Za-z]+\.h\""
 # What explains the container knows its public face, the rule by which it decides, and the reader of bundle files.
 check include/inspection "$std|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"inspection/[A-Za-z]+\.h\""
-check inspection "$std|$posix|<openssl/[a-z]+\.h>|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"(inspection|filtering|process|text|bundle_checker)/([a-z]+/)?[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
+# Its floors, each with those below it; the public headers may be included from all of them.
+explains="$std|$posix|$framework_api|<(container|platform)/[A-Za-z0-9]+\.h>|\"inspection/[A-Z][A-Za-z]+\.h\"|\"text/[A-Za-z0-9]+\.h\""
+reads='"bundle_(reader|checker)/([a-z]+/)?[A-Za-z0-9]+\.h"'
+check inspection/filter "$explains|\"(filtering|inspection/filter)/[A-Za-z]+\.h\""
+check inspection/json "$explains|$reads|\"inspection/json/[A-Za-z]+\.h\""
+check inspection/files "$explains|$reads|<openssl/[a-z]+\.h>|\"(process|inspection/(filter|json|files))/[A-Za-z0-9]+\.h\""
+check inspection/start "$explains|$reads|\"inspection/(filter|json|files|start)/[A-Za-z0-9]+\.h\""
+check inspection/writers "$explains|$reads|\"inspection/(filter|json|start|writers)/[A-Za-z0-9]+\.h\""
+depth=(-maxdepth 1)
+check inspection "$explains"
+depth=()
+for folder in inspection/*/; do
+    if [[ -d "$folder" && ! "$folder" =~ ^inspection/(filter|json|files|start|writers|schemas)/$ ]]; then
+        echo "$folder has no layer; give it one in this file"
+        wrong=1
+    fi
+done
 check src/process "$std|$posix|$framework_api|\"process/[A-Za-z]+\.h\"|\"bundle_reader/elf/FrameworkNeeded\.h\""
 check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|\"(platform|process)/[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 # The reader of bundle files: its folders, each with those below it. libzip is used in one of them, RapidJSON in another.

@@ -1,6 +1,6 @@
 #include "inspection/Remarks.h"
 
-#include "inspection/Sentence.h"
+#include "inspection/start/Sentence.h"
 
 #include <map>
 

@@ -1,6 +1,6 @@
 #include "inspection/Vocabulary.h"
 
-#include "inspection/Attempt.h"
+#include "inspection/filter/Attempt.h"
 #include "text/Nearest.h"
 
 #include <cppmicroservices/AnyMap.h>

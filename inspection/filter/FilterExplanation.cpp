@@ -1,10 +1,10 @@
 #include "inspection/FilterExplanation.h"
 
 #include "filtering/Decision.h"
-#include "inspection/Attempt.h"
-#include "inspection/Decision.h"
-#include "inspection/DeclaredTexts.h"
-#include "inspection/SmallestChange.h"
+#include "inspection/filter/Attempt.h"
+#include "inspection/filter/Decision.h"
+#include "inspection/filter/DeclaredTexts.h"
+#include "inspection/filter/SmallestChange.h"
 
 #include <algorithm>
 #include <typeinfo>

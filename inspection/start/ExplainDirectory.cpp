@@ -1,8 +1,8 @@
 #include "bundle_reader/BundleFile.h"
 #include "inspection/Explanation.h"
-#include "inspection/ManifestFault.h"
-#include "inspection/Subject.h"
-#include "inspection/Survey.h"
+#include "inspection/files/ManifestFault.h"
+#include "inspection/files/Survey.h"
+#include "inspection/start/Subject.h"
 
 #include <system_error>
 

@@ -1,4 +1,4 @@
-#include "inspection/Sentence.h"
+#include "inspection/start/Sentence.h"
 
 #include <algorithm>
 #include <map>

@@ -1,8 +1,8 @@
-#include "inspection/FileFault.h"
+#include "inspection/files/FileFault.h"
 
 #include "bundle_reader/Holding.h"
 #include "bundle_reader/elf/FrameworkNeeded.h"
-#include "inspection/ManifestFault.h"
+#include "inspection/files/ManifestFault.h"
 #include "process/RunningFramework.h"
 
 #include <new>

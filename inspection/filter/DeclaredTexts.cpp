@@ -1,6 +1,6 @@
-#include "inspection/DeclaredTexts.h"
+#include "inspection/filter/DeclaredTexts.h"
 
-#include "inspection/Attempt.h"
+#include "inspection/filter/Attempt.h"
 
 #include <cppmicroservices/AnyMap.h>
 

@@ -8,9 +8,9 @@
 #include "bundle_reader/manifest/ManifestKeys.h"
 #include "bundle_reader/manifest/ManifestRules.h"
 #include "bundle_reader/manifest/Version.h"
-#include "inspection/FileFault.h"
-#include "inspection/FrameworkValue.h"
-#include "inspection/Survey.h"
+#include "inspection/files/FileFault.h"
+#include "inspection/files/FrameworkValue.h"
+#include "inspection/files/Survey.h"
 #include "inspection/json/JsonObject.h"
 
 #include <system_error>

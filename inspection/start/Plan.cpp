@@ -1,8 +1,8 @@
 #include "inspection/Plan.h"
 
-#include "inspection/Sha256.h"
-#include "inspection/Subject.h"
-#include "inspection/Survey.h"
+#include "inspection/files/Sha256.h"
+#include "inspection/files/Survey.h"
+#include "inspection/start/Subject.h"
 
 #include <cppmicroservices/BundleVersion.h>
 

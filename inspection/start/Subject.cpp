@@ -1,8 +1,8 @@
-#include "inspection/Subject.h"
+#include "inspection/start/Subject.h"
 
-#include "inspection/Attempt.h"
-#include "inspection/Decision.h"
-#include "inspection/Sentence.h"
+#include "inspection/filter/Attempt.h"
+#include "inspection/filter/Decision.h"
+#include "inspection/start/Sentence.h"
 
 #include <cppmicroservices/AnyMap.h>
 

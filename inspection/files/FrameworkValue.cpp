@@ -1,7 +1,7 @@
-#include "inspection/FrameworkValue.h"
+#include "inspection/files/FrameworkValue.h"
 
 #include "bundle_reader/manifest/ManifestRules.h"
-#include "inspection/Attempt.h"
+#include "inspection/filter/Attempt.h"
 
 #include <cppmicroservices/AnyMap.h>
 

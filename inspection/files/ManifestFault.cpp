@@ -1,4 +1,4 @@
-#include "inspection/ManifestFault.h"
+#include "inspection/files/ManifestFault.h"
 
 #include "bundle_checker/ManifestCheck.h"
 #include "bundle_reader/manifest/Json.h"

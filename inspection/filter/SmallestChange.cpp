@@ -1,7 +1,7 @@
-#include "inspection/SmallestChange.h"
+#include "inspection/filter/SmallestChange.h"
 
 #include "filtering/Decision.h"
-#include "inspection/Attempt.h"
+#include "inspection/filter/Attempt.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "inspection/Condition.h"
-#include "inspection/DeclaredTexts.h"
+#include "inspection/filter/DeclaredTexts.h"
 
 #include <cppmicroservices/Any.h>
 

@@ -1,4 +1,4 @@
-#include "inspection/Sha256.h"
+#include "inspection/files/Sha256.h"
 
 #include "bundle_reader/file/FileBytes.h"
 

@@ -1,12 +1,12 @@
-#include "inspection/Survey.h"
+#include "inspection/files/Survey.h"
 
 #include "bundle_reader/Holding.h"
 #include "bundle_reader/file/FileList.h"
 #include "bundle_reader/manifest/Json.h"
 #include "bundle_reader/manifest/ManifestRules.h"
 #include "bundle_reader/manifest/Version.h"
-#include "inspection/FileFault.h"
-#include "inspection/FrameworkValue.h"
+#include "inspection/files/FileFault.h"
+#include "inspection/files/FrameworkValue.h"
 
 #include <cppmicroservices/AnyMap.h>
 #include <cppmicroservices/BundleVersion.h>
