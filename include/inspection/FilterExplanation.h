@@ -35,9 +35,6 @@ enum class Verdict { matches, valueDiffers, requiredNotNamed, notAMap, unreadabl
 OSTREL_INSPECTION_EXPORT std::string_view toText(Reason reason);
 OSTREL_INSPECTION_EXPORT std::string_view toText(Verdict verdict);
 
-/// "value differs" and so on, for a sentence.
-OSTREL_INSPECTION_EXPORT std::string inWords(Reason reason);
-
 /// An attribute whose declared text is another than that of the condition of its name.
 struct Difference {
     std::string attribute;

@@ -3,7 +3,6 @@
 #include "inspection/Condition.h"
 
 #include <cppmicroservices/Any.h>
-#include <cppmicroservices/Bundle.h>
 #include <cppmicroservices/ServiceReferenceBase.h>
 
 #include <map>
@@ -21,8 +20,7 @@ using Vocabulary = std::map<std::string, std::set<std::string>>;
 /// @throws std::bad_alloc
 OSTREL_INSPECTION_EXPORT void addDeclared(Vocabulary& vocabulary, const cppmicroservices::Any& filters);
 
-/// The same for the declaration of a bundle's manifest, and for that of a service's properties.
-OSTREL_INSPECTION_EXPORT void addDeclaredBy(Vocabulary& vocabulary, const cppmicroservices::Bundle& bundle);
+/// The same for the declaration of a service's properties.
 OSTREL_INSPECTION_EXPORT void addDeclaredBy(Vocabulary& vocabulary,
                                             const cppmicroservices::ServiceReferenceBase& service);
 

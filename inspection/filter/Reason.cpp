@@ -1,7 +1,5 @@
 #include "inspection/FilterExplanation.h"
 
-#include <algorithm>
-
 namespace ostrel::inspection {
 
 std::string_view toText(Reason reason)
@@ -52,16 +50,6 @@ std::string_view toText(Verdict verdict)
         break;
     }
     return "not-reached";
-}
-
-std::string inWords(Reason reason)
-{
-    if (reason == Reason::requiredNotNamed) {
-        return "required attribute not named";
-    }
-    std::string words{toText(reason)};
-    std::replace(words.begin(), words.end(), '-', ' ');
-    return words;
 }
 
 } // namespace ostrel::inspection

@@ -31,11 +31,6 @@ void addDeclared(Vocabulary& vocabulary, const Any& filters)
     }
 }
 
-void addDeclaredBy(Vocabulary& vocabulary, const cppmicroservices::Bundle& bundle)
-{
-    addDeclared(vocabulary, bundle.GetHeaders().AtCompoundKey("zq.ostrelFilters", Any{}));
-}
-
 void addDeclaredBy(Vocabulary& vocabulary, const cppmicroservices::ServiceReferenceBase& service)
 {
     const Any zq = service.GetProperty("zq");

@@ -72,6 +72,15 @@ JsonValue listOf(std::vector<JsonValue> items)
     return value;
 }
 
+JsonValue jsonNumber(std::size_t number)
+{
+    JsonValue value;
+    value.kind = Kind::wideInteger;
+    value.aboveSigned = true;
+    value.integer = static_cast<std::int64_t>(number);
+    return value;
+}
+
 bool isCleanText(const JsonValue& value)
 {
     return value.kind != Kind::text || isUtf8(value.text);
@@ -153,15 +162,6 @@ std::string withoutCommands(const std::string& json)
 JsonValue jsonText(std::string_view text)
 {
     return plainText(asUtf8(text));
-}
-
-JsonValue jsonNumber(std::size_t number)
-{
-    JsonValue value;
-    value.kind = Kind::wideInteger;
-    value.aboveSigned = true;
-    value.integer = static_cast<std::int64_t>(number);
-    return value;
 }
 
 JsonValue jsonNull()

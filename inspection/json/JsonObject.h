@@ -12,7 +12,6 @@ namespace ostrel::inspection {
 using bundle_reader::JsonValue;
 
 JsonValue jsonText(std::string_view text);
-JsonValue jsonNumber(std::size_t number);
 JsonValue jsonNull();
 
 /// A JSON object that is made key by key, in this order.

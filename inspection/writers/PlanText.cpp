@@ -2,16 +2,19 @@
 #include "inspection/Text.h"
 
 #include <algorithm>
+#include <map>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace ostrel::inspection {
 namespace {
 
+/// "value differs" and so on.
 std::string inWords(const std::string& reason)
 {
     if (reason == toText(Reason::requiredNotNamed)) {
-        return inWords(Reason::requiredNotNamed);
+        return "required attribute not named";
     }
     std::string words = reason;
     std::replace(words.begin(), words.end(), '-', ' ');
@@ -44,14 +47,16 @@ std::string reasonsOf(const Plan& plan, Outcome outcome)
     return text;
 }
 
-void addFindings(std::string& text, const Plan& plan, const PlannedBundle& bundle)
+/// What mends a failure, by file and code.
+using Remedies = std::map<std::pair<std::string, std::string_view>, std::string>;
+
+Remedies remediesIn(const Plan& plan)
 {
+    Remedies remedies;
     for (const Finding& finding : plan.findings) {
-        if (finding.file == bundle.file && toText(finding.code) == bundle.reason) {
-            text += escaped("  do: " + finding.remedy + " [" + bundle.reason + ']') + '\n';
-            return;
-        }
+        remedies.emplace(std::pair{finding.file, toText(finding.code)}, finding.remedy);
     }
+    return remedies;
 }
 
 } // namespace
@@ -76,12 +81,14 @@ std::string inOneLine(const Plan& plan)
 
 std::string toText(const Plan& plan)
 {
+    const Remedies remedies = remediesIn(plan);
     std::string text = inOneLine(plan) + '\n';
     for (const PlannedBundle& bundle : plan.bundles) {
         const std::string name = bundle.componentName.value_or(bundle.symbolicName.value_or(""));
         text += escaped(bundle.file + ": " + (name.empty() ? "" : name + ' ') + bundle.text) + '\n';
-        if (bundle.outcome == Outcome::fail) {
-            addFindings(text, plan, bundle);
+        const auto remedy = remedies.find({bundle.file, bundle.reason});
+        if (bundle.outcome == Outcome::fail && remedy != remedies.end()) {
+            text += escaped("  do: " + remedy->second + " [" + bundle.reason + ']') + '\n';
         }
     }
     for (const PassedOver& file : plan.passedOver) {

@@ -35,6 +35,17 @@ check() {
     done < <(find "$directory" "${depth[@]}" -type f \( -name '*.h' -o -name '*.cpp' \) -print0)
 }
 
+# only DIRECTORY FOLDERS: no other folder lies there, as it would have no layer. FOLDERS is "one|other".
+only() {
+    local folder
+    for folder in "$1"/*/; do
+        if [[ -d "$folder" && ! "$folder" =~ ^$1/($2)/$ ]]; then
+            echo "$folder has no layer; give it one in this file"
+            wrong=1
+        fi
+    done
+}
+
 public_platform='"platform/(Utf16Path|DiagnosticLogger|InstallBundles|Export)\.h"'
 check include/container "$std|$framework_api|$public_platform|\"container/[A-Za-z]+\.h\""
 check src/container "$std|<cxxabi\.h>|$framework_api|$boost_log|\"(container|filtering|platform)/[A-Za-z0-9]+\.h\""
@@ -52,12 +63,7 @@ check inspection/writers "$explains|$reads|\"inspection/(filter|json|start|write
 depth=(-maxdepth 1)
 check inspection "$explains"
 depth=()
-for folder in inspection/*/; do
-    if [[ -d "$folder" && ! "$folder" =~ ^inspection/(filter|json|files|start|writers|schemas)/$ ]]; then
-        echo "$folder has no layer; give it one in this file"
-        wrong=1
-    fi
-done
+only inspection "filter|json|files|start|writers|schemas"
 check src/process "$std|$posix|$framework_api|\"process/[A-Za-z]+\.h\"|\"bundle_reader/elf/FrameworkNeeded\.h\""
 check src/platform "$std|$posix|$framework_api|$boost_log|<boost/locale/(encoding_)?utf\.hpp>|\"(platform|process)/[A-Za-z0-9]+\.h\"|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 # The reader of bundle files: its folders, each with those below it. libzip is used in one of them, RapidJSON in another.
@@ -69,12 +75,7 @@ check bundle_reader/manifest "$std|$posix|<rapidjson/[a-z/]+\.h>|\"bundle_reader
 depth=(-maxdepth 1)
 check bundle_reader "$std|\"bundle_reader/([a-z]+/)?[A-Za-z0-9]+\.h\""
 depth=()
-for folder in bundle_reader/*/; do
-    if [[ -d "$folder" && ! "$folder" =~ ^bundle_reader/(file|elf|zip|manifest)/$ ]]; then
-        echo "$folder has no layer; give it one in this file"
-        wrong=1
-    fi
-done
+only bundle_reader "file|elf|zip|manifest"
 check text "$std|\"text/[A-Za-z0-9]+\.h\""
 check bundle_checker "$std|$posix|\"text/[A-Za-z0-9]+\.h\"|\"bundle_(checker|reader)/([a-z]+/)?[A-Za-z0-9]+\.h\""
 check framework/include "$std|$framework_api"
@@ -92,12 +93,7 @@ check tools/host/commands "$outside|\"(frame|watch|hosting|commands)/[A-Za-z]+\.
 depth=(-maxdepth 1)
 check tools/host "$outside" tools/host
 depth=()
-for folder in tools/host/*/; do
-    if [[ -d "$folder" && ! "$folder" =~ ^tools/host/(frame|watch|hosting|commands)/$ ]]; then
-        echo "$folder has no layer; give it one in this file"
-        wrong=1
-    fi
-done
+only tools/host "frame|watch|hosting|commands"
 check examples "$std|$posix|$framework_api|$installed|$boost_for_hosts|<CLI/[A-Za-z]+\.hpp>|<text/[A-Za-z]+\.h>"
 # The contract tests run on a bare framework; the archives that it reads are made with libzip.
 check tests/contract "$std|$posix|$framework_api|<zip\.h>|<(gtest|gmock)/[a-z]+\.h>|\"support/[A-Za-z0-9]+\.h\"" tests/contract tests

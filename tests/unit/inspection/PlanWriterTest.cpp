@@ -199,10 +199,10 @@ TEST(Differences, GivenSamePlanOfADirectoryWrittenOtherwise_WhenCompared_ThenThe
 {
     Plan now = nine();
     for (PlannedBundle& one : now.bundles) {
-        one.file = "/root/" + one.file;
+        one.file = "elsewhere/" + one.file;
         one.text = "other words";
     }
-    now.passedOver = {{"/root/dir/x", "why"}};
+    now.passedOver = {{"elsewhere/dir/x", "why"}};
 
     EXPECT_THAT(differences(nine(), now), IsEmpty());
 }
